@@ -2,6 +2,8 @@
 
 #include "BlockDefinition.h"
 
+#include "host/LispValue.h"
+
 #include <QList>
 #include <QMap>
 #include <QPointF>
@@ -9,6 +11,7 @@
 #include <QStringList>
 
 #include <optional>
+#include <utility>
 
 namespace RefHost {
 
@@ -85,6 +88,14 @@ public:
     QString appendPage(const QString& group);
     // Every page layer in group order.
     QStringList pageLayers() const;
+    // Adds an existing page layer (e.g. read from a file) at the end of its group, the group being
+    // the text before the first "$". Returns false when the layer is empty or already a page.
+    bool addPageLayer(const QString& layer, const QString& title = {});
+    // The 1-based position of the page in its group and the number of pages of that group, or
+    // {0, 0} when `layer` is not a page.
+    std::pair<int, int> pagePosition(const QString& layer) const;
+    // The group name of a page layer: the text before the first "$" (the whole name without one).
+    static QString groupNameOf(const QString& layer);
 
     QMap<QString, BlockDefinition>& blocks() { return m_blocks; }
     const QMap<QString, BlockDefinition>& blocks() const { return m_blocks; }
@@ -95,12 +106,17 @@ public:
     QMap<QString, DrawingVariable>& variables() { return m_variables; }
     const QMap<QString, DrawingVariable>& variables() const { return m_variables; }
 
+    // Drawing-language variables (e.g. "*L_PAGINAS*"), each a typed chain.
+    QMap<QString, LispChain>& lispVariables() { return m_lispVariables; }
+    const QMap<QString, LispChain>& lispVariables() const { return m_lispVariables; }
+
 private:
     QList<PageGroup> m_groups;
     QString m_currentLayer;
     QMap<QString, BlockDefinition> m_blocks;
     QList<BlockReference> m_references;
     QMap<QString, DrawingVariable> m_variables;
+    QMap<QString, LispChain> m_lispVariables;
 };
 
 } // namespace RefHost
