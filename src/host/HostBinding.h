@@ -7,6 +7,7 @@ class CFxSystemServices;
 class CFxDocument;
 class ICadServices;
 class IDrawingLanguage;
+class IComponentPalette;
 
 // Everything the module reaches in the host. Whoever runs the module (the desktop host, the
 // command-line program, a test) installs one binding at start-up; the module never creates
@@ -19,6 +20,7 @@ struct HostBinding
     ICadServices* cad = nullptr;
     IDrawingLanguage* language = nullptr;
     KVWindowId mainWindow = 0;
+    IComponentPalette* palette = nullptr;
 };
 
 void InstallHost(const HostBinding& binding);

@@ -427,6 +427,7 @@ public:
     Decorators(HostTrace& trace, const HostBinding& inner)
     {
         binding.mainWindow = inner.mainWindow;
+        binding.palette = inner.palette;
         if (inner.electrical) {
             services = std::make_unique<TracingServices>(trace, inner.electrical);
             binding.electrical = services.get();

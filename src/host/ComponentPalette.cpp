@@ -1,0 +1,8 @@
+#include "ComponentPalette.h"
+
+#include "HostBinding.h"
+
+IComponentPalette* GetComponentPalette()
+{
+    return InstalledHost().palette;
+}
