@@ -114,9 +114,9 @@ std::optional<SettingsEncoding> SettingsEncoding::fromName(const QString& name)
 
 std::optional<SettingsEncoding> SettingsEncoding::fromEnvironment(QString* error)
 {
-    if (!qEnvironmentVariableIsSet(kEnvironmentVariable))
-        return SettingsEncoding();
     const QString value = qEnvironmentVariable(kEnvironmentVariable);
+    if (value.trimmed().isEmpty()) // unset or empty: the locale decides
+        return SettingsEncoding();
     if (auto encoding = fromName(value))
         return encoding;
     if (error) {

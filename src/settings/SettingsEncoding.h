@@ -21,7 +21,8 @@ public:
     // when the name is not known.
     static std::optional<SettingsEncoding> fromName(const QString& name);
 
-    // The encoding in force: the one named in the environment variable, else the locale's.
+    // The encoding in force: the one named in the environment variable, else (unset or empty)
+    // the locale's.
     // An unknown name gives an error text naming the variable and its value.
     static std::optional<SettingsEncoding> fromEnvironment(QString* error);
 
