@@ -1,0 +1,125 @@
+#include "DatabaseConnection.h"
+
+#include <QAtomicInt>
+#include <QFileInfo>
+#include <QSqlError>
+#include <QSqlQuery>
+#include <QUrl>
+
+namespace RefHost {
+
+namespace {
+
+QString nextConnectionName()
+{
+    static QAtomicInt counter;
+    return QStringLiteral("kvref-%1").arg(counter.fetchAndAddRelaxed(1) + 1);
+}
+
+// Runs a statement on a fresh connection while it is being set up; the error text or empty.
+QString runSetup(const QSqlDatabase& db, const QString& sql, QString* firstValue = nullptr)
+{
+    QSqlQuery query(db);
+    if (!query.exec(sql))
+        return query.lastError().text();
+    if (firstValue && query.next())
+        *firstValue = query.value(0).toString();
+    return {};
+}
+
+} // namespace
+
+bool DatabaseConnection::isPostgresUrl(const QString& spec)
+{
+    return spec.startsWith(QStringLiteral("postgresql://"), Qt::CaseInsensitive) ||
+           spec.startsWith(QStringLiteral("postgres://"), Qt::CaseInsensitive);
+}
+
+DatabaseConnection::Opened DatabaseConnection::open(const QString& spec)
+{
+    Opened result;
+    const QString name = nextConnectionName();
+    const bool postgres = isPostgresUrl(spec);
+    QString description = spec;
+    {
+        QSqlDatabase db;
+        if (postgres) {
+            const QUrl url(spec, QUrl::StrictMode);
+            description = url.toString(QUrl::RemovePassword);
+            const QString database = url.path().mid(1);
+            if (!url.isValid() || url.host().isEmpty() || database.isEmpty()) {
+                result.error = QStringLiteral("%1: not a PostgreSQL URL "
+                                              "(postgresql://user@host:port/database)")
+                                   .arg(description);
+                return result;
+            }
+            if (!QSqlDatabase::isDriverAvailable(QStringLiteral("QPSQL"))) {
+                result.error =
+                    QStringLiteral("%1: the Qt PostgreSQL driver (QPSQL) is not installed")
+                        .arg(description);
+                return result;
+            }
+            db = QSqlDatabase::addDatabase(QStringLiteral("QPSQL"), name);
+            db.setHostName(url.host());
+            db.setPort(url.port(5432));
+            db.setDatabaseName(database);
+            db.setUserName(url.userName());
+            db.setPassword(url.password());
+            db.setConnectOptions(
+                QStringLiteral("connect_timeout=10;options='-c default_transaction_read_only=on'"));
+        } else {
+            const QFileInfo file(spec);
+            if (!file.isFile()) {
+                result.error = QStringLiteral("%1: database file not found").arg(spec);
+                return result;
+            }
+            db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), name);
+            db.setDatabaseName(file.absoluteFilePath());
+            db.setConnectOptions(QStringLiteral("QSQLITE_OPEN_READONLY;QSQLITE_BUSY_TIMEOUT=5000"));
+        }
+
+        QString problem;
+        if (!db.open()) {
+            problem = db.lastError().text();
+        } else if (postgres) {
+            QString readOnly;
+            problem = runSetup(db, QStringLiteral("SHOW default_transaction_read_only"), &readOnly);
+            if (problem.isEmpty() && readOnly != u"on")
+                problem = QStringLiteral("the session could not be made read-only");
+        } else {
+            // Reading the schema proves the file is an SQLite database. The page cache (about
+            // 32 MB) and the memory map (256 MB) speed up the repeated lookups of a run.
+            problem = runSetup(db, QStringLiteral("SELECT count(*) FROM sqlite_master"));
+            if (problem.isEmpty())
+                problem = runSetup(db, QStringLiteral("PRAGMA cache_size = -32768"));
+            if (problem.isEmpty())
+                problem = runSetup(db, QStringLiteral("PRAGMA mmap_size = 268435456"));
+            if (problem.isEmpty())
+                problem = runSetup(db, QStringLiteral("PRAGMA query_only = 1"));
+        }
+        if (!problem.isEmpty()) {
+            result.error = QStringLiteral("%1: cannot open the database: %2")
+                               .arg(description, problem.trimmed());
+            db.close();
+            db = QSqlDatabase();
+            QSqlDatabase::removeDatabase(name);
+            return result;
+        }
+        result.connection.reset(new DatabaseConnection(db, description, postgres));
+    }
+    return result;
+}
+
+DatabaseConnection::DatabaseConnection(QSqlDatabase db, QString description, bool postgres)
+    : m_db(std::move(db)), m_description(std::move(description)), m_postgres(postgres)
+{}
+
+DatabaseConnection::~DatabaseConnection()
+{
+    const QString name = m_db.connectionName();
+    m_db.close();
+    m_db = QSqlDatabase();
+    QSqlDatabase::removeDatabase(name);
+}
+
+} // namespace RefHost

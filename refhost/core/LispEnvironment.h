@@ -1,0 +1,64 @@
+#pragma once
+
+#include "CadServices.h"
+#include "Console.h"
+#include "Drawing.h"
+#include "UndoHistory.h"
+
+#include "host/DrawingLanguage.h"
+
+#include <QMap>
+
+namespace RefHost {
+
+// The drawing language of the reference host: the few drawing-side functions the insertion
+// run calls, the drawing-language variables, and the command line. Function and variable
+// names compare ignoring case. A failing function writes "error: FUNCTION: PROBLEM" to the
+// error stream and leaves the drawing as it was; an unknown function writes only its error.
+class LispEnvironment final : public IDrawingLanguage
+{
+public:
+    LispEnvironment(Drawing& drawing, CadServices& cad, UndoHistory& undo, Console& console);
+
+    void invokeVoid(const KVStringList& nameAndArgs) override;
+    void invokeTyped(const LispChain& nameAndArgs) override;
+    std::optional<LispChain> variable(const KVString& name) override;
+    // Writes the text on the output stream as it is.
+    void print(const KVString& text) override;
+
+    void setVariable(const QString& name, const LispChain& value);
+    // The names of the functions this environment knows, as they are spelled.
+    QStringList functionNames() const;
+    // Calls a function; false when it is unknown or failed (the error has been written).
+    bool call(const QString& name, const LispChain& args);
+
+    // The label of the undoable step that "inicioInsAuto" opens.
+    static QString insertionStepLabel() { return QStringLiteral("Automatic insertion"); }
+
+private:
+    using Function = bool (LispEnvironment::*)(const QString& name, const LispChain& args);
+    struct Entry
+    {
+        QString name;
+        Function function;
+    };
+
+    bool buildPageLists(const QString& name, const LispChain& args);
+    bool thawPage(const QString& name, const LispChain& args);
+    bool createPage(const QString& name, const LispChain& args);
+    bool beginInsertion(const QString& name, const LispChain& args);
+    bool endInsertion(const QString& name, const LispChain& args);
+    bool updateMacros(const QString& name, const LispChain& args);
+    bool insertComponent(const QString& name, const LispChain& args);
+
+    bool fail(const QString& function, const QString& problem);
+    QStringList listVariable(const QString& name) const;
+
+    Drawing& m_drawing;
+    CadServices& m_cad;
+    UndoHistory& m_undo;
+    Console& m_console;
+    QMap<QString, Entry> m_functions; // by upper-case name
+};
+
+} // namespace RefHost
