@@ -6,6 +6,9 @@ namespace {
 
 std::optional<int> entryIndex(const QString& stored, qsizetype entryCount)
 {
+    // A new settings file has no value at all, and its dialog shows no choice.
+    if (stored.trimmed().isEmpty())
+        return std::nullopt;
     const int value = KVString(stored).toIntLenient();
     if (value < 0 || value >= entryCount)
         return std::nullopt;

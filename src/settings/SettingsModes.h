@@ -28,7 +28,7 @@ inline constexpr int kNoModeChosen = -1;
 QStringList separatorModeTexts();
 QStringList paginationModeTexts();
 
-// The entry that a stored value selects: the text read as a number in the C library's manner,
-// nothing for -1 or any value outside the list.
+// The entry that a stored value selects: the text read as a number in the C library's manner
+// ("abc" reads as 0); nothing for an empty text, for -1 or for any value outside the list.
 std::optional<SeparatorMode> separatorModeFromText(const QString& stored);
 std::optional<PaginationMode> paginationModeFromText(const QString& stored);
