@@ -1,0 +1,164 @@
+#pragma once
+
+// Helpers shared by the reference host's core tests: block files written on the fly, a small
+// stand-in for the DXF block reader, and a standard's database filled with a few rows.
+
+#include "CadServices.h"
+
+#include <QByteArray>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QPair>
+#include <QSqlDatabase>
+#include <QSqlError>
+#include <QSqlQuery>
+#include <QString>
+#include <QStringList>
+
+#include <functional>
+
+namespace CoreTest {
+
+using TagDefaults = QList<QPair<QString, QString>>;
+
+// Writes a small DXF drawing whose model space is one line and one attribute definition per
+// (tag, default) pair, as a block file exported from a CAD program looks.
+inline bool writeBlockDxf(const QString& path, const TagDefaults& attributes)
+{
+    QDir().mkpath(QFileInfo(path).absolutePath());
+    QByteArray dxf = "0\nSECTION\n2\nENTITIES\n"
+                     "0\nLINE\n8\n0\n10\n0.0\n20\n0.0\n30\n0.0\n11\n10.0\n21\n0.0\n31\n0.0\n";
+    double y = 5.0;
+    for (const auto& [tag, defaultValue] : attributes) {
+        dxf += "0\nATTDEF\n8\n0\n10\n0.0\n20\n" + QByteArray::number(y) +
+               "\n30\n0.0\n40\n2.5\n1\n" + defaultValue.toUtf8() + "\n3\n" + tag.toUtf8() +
+               "\n2\n" + tag.toUtf8() + "\n70\n0\n";
+        y += 5.0;
+    }
+    dxf += "0\nENDSEC\n0\nEOF\n";
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(dxf) == dxf.size();
+}
+
+// A stand-in for the DXF block reader, enough for the files writeBlockDxf writes: the
+// attribute definitions (group 2 tag, group 1 default, group 3 prompt) of the file. Counts
+// its calls so that tests can see when a definition is read again.
+struct StandInBlockReader
+{
+    int calls = 0;
+    QStringList paths;
+
+    RefHost::BlockFileReader reader()
+    {
+        return [this](const QString& path) { return read(path); };
+    }
+
+    RefHost::BlockFileResult read(const QString& path)
+    {
+        ++calls;
+        paths.append(path);
+        RefHost::BlockFileResult result;
+        QFile file(path);
+        if (!file.open(QIODevice::ReadOnly)) {
+            result.error = path + QStringLiteral(": cannot open");
+            return result;
+        }
+        const QStringList lines = QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'));
+        RefHost::BlockDefinition block;
+        block.name = QFileInfo(path).completeBaseName();
+        RefHost::AttributeDefinition* current = nullptr;
+        for (qsizetype i = 0; i + 1 < lines.size(); i += 2) {
+            const QString code = lines.at(i).trimmed();
+            const QString value = lines.at(i + 1).trimmed();
+            if (code == u"0") {
+                current = nullptr;
+                if (value == u"ATTDEF") {
+                    block.attributes.append({});
+                    current = &block.attributes.last();
+                } else if (value == u"LINE") {
+                    block.geometry.append({});
+                }
+                continue;
+            }
+            if (!current)
+                continue;
+            if (code == u"2")
+                current->tag = value;
+            else if (code == u"1")
+                current->defaultValue = value;
+            else if (code == u"3")
+                current->prompt = value;
+        }
+        if (block.geometry.isEmpty() && block.attributes.isEmpty()) {
+            result.error = path + QStringLiteral(": no entities");
+            return result;
+        }
+        result.block = block;
+        return result;
+    }
+};
+
+// Runs statements on a writable connection; the first failure's text, or empty.
+inline QString execAll(const QSqlDatabase& db, const QStringList& statements)
+{
+    for (const QString& sql : statements) {
+        QSqlQuery query(db);
+        if (!query.exec(sql))
+            return sql + QStringLiteral(": ") + query.lastError().text();
+    }
+    return {};
+}
+
+// The tables of a standard's database with a few rows: components 100 (motor, block "M1",
+// with custom properties), 200 (lamp, block name with blanks around it), 300 (no block name),
+// each in standard "IEC"; 100 also exists in standard "NEMA" with another block.
+inline QStringList standardDatabaseStatements()
+{
+    return {
+        QStringLiteral("DROP TABLE IF EXISTS BDKV"),
+        QStringLiteral("DROP TABLE IF EXISTS CUSTOM_PROPERTIES"),
+        QStringLiteral("DROP TABLE IF EXISTS BDMENUS"),
+        QStringLiteral("DROP TABLE IF EXISTS BDDIC"),
+        QStringLiteral("CREATE TABLE BDKV (KV_KEY VARCHAR(20), KV_KEY_NOR VARCHAR(20), "
+                       "KV_DWG VARCHAR(60), MENU_DESCR VARCHAR(120), KV_EXPLODE VARCHAR(1), "
+                       "LARGURA VARCHAR(20))"),
+        QStringLiteral("CREATE TABLE CUSTOM_PROPERTIES (ITEM_KEY VARCHAR(20), ITEM_TYPE INTEGER, "
+                       "TAG VARCHAR(40), VALUE VARCHAR(120))"),
+        QStringLiteral("CREATE TABLE BDMENUS (MENU_KEY VARCHAR(20), MENU_KEY_LANG INTEGER, "
+                       "MENU_DESCR VARCHAR(120))"),
+        QStringLiteral("CREATE TABLE BDDIC (DIC_FIELD VARCHAR(40))"),
+        QStringLiteral("INSERT INTO BDKV VALUES ('100', 'IEC', 'M1', 'Motor', 'N', '40')"),
+        QStringLiteral("INSERT INTO BDKV VALUES ('100', 'NEMA', 'NM1', 'Motor', 'N', '45')"),
+        QStringLiteral("INSERT INTO BDKV VALUES ('200', 'IEC', '  L1  ', 'Lamp', 'S', '20')"),
+        QStringLiteral("INSERT INTO BDKV VALUES ('300', 'IEC', '', 'Nothing', 'N', '10')"),
+        QStringLiteral("INSERT INTO CUSTOM_PROPERTIES VALUES (' 100 ', 1, 'POWER', '5.5')"),
+        QStringLiteral("INSERT INTO CUSTOM_PROPERTIES VALUES ('100', 2, ' Voltage ', '400')"),
+        QStringLiteral("INSERT INTO CUSTOM_PROPERTIES VALUES ('100', 7, 'HIDDEN', 'x')"),
+        QStringLiteral("INSERT INTO CUSTOM_PROPERTIES VALUES ('100', 0, 'LARGURA', '42')"),
+        QStringLiteral("INSERT INTO BDMENUS VALUES ('100', 3, 'Motor')"),
+        QStringLiteral("INSERT INTO BDMENUS VALUES ('100', 1, 'Motor')"),
+        QStringLiteral("INSERT INTO BDMENUS VALUES ('200', 3, 'Lamp')"),
+        QStringLiteral("INSERT INTO BDDIC VALUES ('POWER')"),
+    };
+}
+
+// Creates an SQLite standard database at `path`; the error text, or empty.
+inline QString createSqliteStandard(const QString& path)
+{
+    const QString name = QStringLiteral("fixture-") + path;
+    QString error;
+    {
+        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), name);
+        db.setDatabaseName(path);
+        if (!db.open())
+            error = db.lastError().text();
+        else
+            error = execAll(db, standardDatabaseStatements());
+        db.close();
+    }
+    QSqlDatabase::removeDatabase(name);
+    return error;
+}
+
+} // namespace CoreTest

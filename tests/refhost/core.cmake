@@ -1,0 +1,13 @@
+# Tests of the reference host's core: the drawing model and the host services.
+if(TARGET kvref_model)
+    kv_add_test(tst_refhost_drawing SOURCES ${CMAKE_CURRENT_LIST_DIR}/tst_refhost_drawing.cpp
+        LIBS kvref_model)
+endif()
+if(TARGET kvref_core)
+    foreach(area paths)
+        kv_add_test(tst_refhost_${area}
+            SOURCES ${CMAKE_CURRENT_LIST_DIR}/tst_refhost_${area}.cpp
+                    ${CMAKE_CURRENT_LIST_DIR}/CoreTestSupport.h
+            LIBS kvref_core Qt6::Sql)
+    endforeach()
+endif()
