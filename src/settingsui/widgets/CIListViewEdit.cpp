@@ -9,6 +9,7 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QScopedValueRollback>
 
 namespace ListView {
 
@@ -84,7 +85,7 @@ CIListViewEdit::CIListViewEdit(QWidget* parent)
     connect(m_model, &QAbstractItemModel::modelReset, this, [this] { setSelectionMark(-1); });
     connect(selectionModel(), &QItemSelectionModel::selectionChanged, this,
             [this](const QItemSelection& selected) {
-                if (!selected.isEmpty())
+                if (m_userInput && !selected.isEmpty())
                     setSelectionMark(selected.indexes().first().row());
             });
     connect(m_delegate, &ListViewEditDelegate::buttonClicked, this,
@@ -265,8 +266,21 @@ bool CIListViewEdit::edit(const QModelIndex& index, EditTrigger trigger, QEvent*
     return QTableView::edit(index, trigger, event);
 }
 
+void CIListViewEdit::mousePressEvent(QMouseEvent* event)
+{
+    const QScopedValueRollback<bool> user(m_userInput, true);
+    QTableView::mousePressEvent(event);
+}
+
+void CIListViewEdit::mouseMoveEvent(QMouseEvent* event)
+{
+    const QScopedValueRollback<bool> user(m_userInput, true);
+    QTableView::mouseMoveEvent(event);
+}
+
 void CIListViewEdit::keyPressEvent(QKeyEvent* event)
 {
+    const QScopedValueRollback<bool> user(m_userInput, true);
     const QModelIndex current = currentIndex();
     const ListViewCell* cell = m_model->cell(current.row(), current.column());
     if (cell && state() != EditingState) {

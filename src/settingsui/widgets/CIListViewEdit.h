@@ -67,6 +67,9 @@ public:
     // The last line the user marked, -1 when none (or when that line was deleted).
     int GetSelectionMark() const { return m_selectionMark; }
 
+    // True while a cell's editor is open.
+    bool isEditing() const { return state() == EditingState; }
+
     // Presses the button of a file or button cell, as a click on it does.
     void pressCellButton(int row, int column);
 
@@ -81,6 +84,8 @@ protected:
 
     bool edit(const QModelIndex& index, EditTrigger trigger, QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
     QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
 
 private:
@@ -102,6 +107,9 @@ private:
     KVString m_fileFilter;
     FileCellText m_fileCellText = FileCellText::FullPath;
     int m_selectionMark = -1;
+    // Set while a key or mouse event of the user is handled: only then does a selection
+    // change move the selection mark.
+    bool m_userInput = false;
 };
 
 } // namespace ListView
