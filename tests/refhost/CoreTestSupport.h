@@ -74,10 +74,10 @@ struct StandInBlockReader
             if (code == u"0") {
                 current = nullptr;
                 if (value == u"ATTDEF") {
-                    block.attributes.append({});
+                    block.attributes.append(RefHost::AttributeDefinition{});
                     current = &block.attributes.last();
                 } else if (value == u"LINE") {
-                    block.geometry.append({});
+                    block.geometry.append(RefHost::GeometryItem{});
                 }
                 continue;
             }
