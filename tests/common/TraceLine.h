@@ -45,8 +45,9 @@ QString diff(const QStringList& actual, const QStringList& expected);
 
 } // namespace TraceLine
 
-#define KV_COMPARE_TRACE(actual, expected)                                                         \
+// The expected side may hold commas (a braced list): it is taken as the rest of the arguments.
+#define KV_COMPARE_TRACE(actual, ...)                                                              \
     do {                                                                                           \
-        const QString kvTraceDiff = TraceLine::diff((actual), (expected));                         \
+        const QString kvTraceDiff = TraceLine::diff((actual), __VA_ARGS__);                        \
         QVERIFY2(kvTraceDiff.isEmpty(), qPrintable(kvTraceDiff));                                  \
     } while (false)
