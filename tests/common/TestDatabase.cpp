@@ -55,7 +55,9 @@ bool TestDatabase::openPostgres(const QString& url)
         return fail(url + QLatin1String(": ") + db.lastError().text());
     m_open = true;
     m_schema = uniqueName("kv_test_").toLower();
-    return exec(QStringLiteral("CREATE SCHEMA %1; SET search_path TO %1").arg(m_schema));
+    return exec(QStringLiteral("SET client_min_messages TO WARNING; CREATE SCHEMA %1; "
+                               "SET search_path TO %1")
+                    .arg(m_schema));
 }
 
 void TestDatabase::close()
