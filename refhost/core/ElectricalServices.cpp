@@ -70,6 +70,12 @@ CVRQueryResponse ElectricalServices::RunQuery(const std::shared_ptr<CVRQuery>& q
             return cached.value();
     }
     CVRQueryResponse response = query->Execute(m_connection->database());
+    if (m_connection->isPostgres()) {
+        // Every transaction of the session starts read-only. A statement may change that
+        // default (SET, set_config) though not for itself: put it back before the next one.
+        QSqlQuery reset(m_connection->database());
+        reset.exec(QStringLiteral("RESET default_transaction_read_only"));
+    }
     upperCaseColumns(response);
     if (!key.isEmpty() && response.succeeded())
         m_cache.insert(key, response);

@@ -35,7 +35,8 @@ public:
 
     CVRCommandManager* GetCommandManager() override { return &m_commands; }
     // Runs the statement as it is on the read-only connection: anything that would write fails
-    // there. A query with a cache key is answered from the cache after its first success.
+    // there, also after a statement that tried to turn the protection off. A query with a
+    // cache key is answered from the cache after its first success.
     CVRQueryResponse RunQuery(const std::shared_ptr<CVRQuery>& query) override;
     KVString GetCurrentLanguage() override;
     QList<int> GetDescriptionLanguages() override;
