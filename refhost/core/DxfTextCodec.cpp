@@ -1,0 +1,138 @@
+#include "DxfTextCodec.h"
+
+#include <QStringDecoder>
+
+namespace RefHost {
+
+namespace {
+
+bool isBlank(QChar c)
+{
+    return c == QLatin1Char(' ') || c == QLatin1Char('\t');
+}
+
+QByteArray escape(char16_t unit)
+{
+    return QByteArrayLiteral("\\U+") +
+           QByteArray::number(unit, 16).toUpper().rightJustified(4, '0');
+}
+
+// Each character of `text` as its written form: itself, or an escape where it has to be.
+QByteArrayList encodeTokens(const QString& text, bool escapeBlanks)
+{
+    QByteArrayList tokens;
+    tokens.reserve(text.size());
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const char16_t unit = text.at(i).unicode();
+        const bool startsEscape = unit == u'\\' && text.mid(i + 1, 2) == QLatin1String("U+");
+        if (unit < 0x20 || unit > 0x7e || startsEscape || (escapeBlanks && unit == u' '))
+            tokens.append(escape(unit));
+        else
+            tokens.append(QByteArray(1, char(unit)));
+    }
+    return tokens;
+}
+
+// Escapes blanks at both ends of a run of tokens, since DXF readers strip them.
+QByteArray joinWithEdgesEscaped(QByteArrayList tokens)
+{
+    for (qsizetype i = 0;
+         i < tokens.size() && tokens.at(i).size() == 1 && isBlank(QLatin1Char(tokens.at(i).at(0)));
+         ++i)
+        tokens[i] = escape(char16_t(tokens.at(i).at(0)));
+    for (qsizetype i = tokens.size() - 1;
+         i >= 0 && tokens.at(i).size() == 1 && isBlank(QLatin1Char(tokens.at(i).at(0))); --i)
+        tokens[i] = escape(char16_t(tokens.at(i).at(0)));
+    return tokens.join();
+}
+
+int hexValue(char c)
+{
+    if (c >= '0' && c <= '9')
+        return c - '0';
+    if (c >= 'A' && c <= 'F')
+        return c - 'A' + 10;
+    if (c >= 'a' && c <= 'f')
+        return c - 'a' + 10;
+    return -1;
+}
+
+} // namespace
+
+DxfTextCodec DxfTextCodec::forFile(const QByteArray& acadVersion, const QByteArray& codePage)
+{
+    DxfTextCodec codec;
+    // AC1021 (AutoCAD 2007) and later store texts as UTF-8.
+    if (acadVersion.startsWith("AC") && acadVersion.mid(2).toInt() >= 1021) {
+        codec.m_codecName = QByteArrayLiteral("UTF-8");
+        return codec;
+    }
+    const QByteArray page = codePage.trimmed().toUpper();
+    if (page.startsWith("ANSI_")) {
+        const QByteArray name = QByteArrayLiteral("windows-") + page.mid(5);
+        if (QStringDecoder(name.constData()).isValid())
+            codec.m_codecName = name;
+    }
+    return codec;
+}
+
+QString DxfTextCodec::decode(const QByteArray& bytes) const
+{
+    QStringDecoder decoder(m_codecName.constData());
+    QString text = decoder.isValid() ? QString(decoder.decode(bytes)) : QString::fromLatin1(bytes);
+    if (!text.contains(QLatin1String("\\U+")))
+        return text;
+
+    QString out;
+    out.reserve(text.size());
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        if (text.at(i) == QLatin1Char('\\') && i + 6 < text.size() &&
+            text.at(i + 1) == QLatin1Char('U') && text.at(i + 2) == QLatin1Char('+')) {
+            int unit = 0;
+            bool ok = true;
+            for (int k = 3; k < 7 && ok; ++k) {
+                const QChar c = text.at(i + k);
+                const int digit = c.unicode() < 128 ? hexValue(char(c.unicode())) : -1;
+                ok = digit >= 0;
+                unit = unit * 16 + digit;
+            }
+            if (ok) {
+                out.append(QChar(char16_t(unit)));
+                i += 6;
+                continue;
+            }
+        }
+        out.append(text.at(i));
+    }
+    return out;
+}
+
+QByteArray DxfTextCodec::encode(const QString& text)
+{
+    return joinWithEdgesEscaped(encodeTokens(text, false));
+}
+
+QByteArrayList DxfTextCodec::encodeChunks(const QString& text, int maxBytes)
+{
+    // Blanks are always escaped here, so that no piece starts or ends with one wherever the
+    // text is cut.
+    const int budget = qMax(16, maxBytes);
+    const QByteArrayList tokens = encodeTokens(text, true);
+    QByteArrayList chunks;
+    QByteArrayList current;
+    int size = 0;
+    for (const QByteArray& token : tokens) {
+        if (size + token.size() > budget && !current.isEmpty()) {
+            chunks.append(current.join());
+            current.clear();
+            size = 0;
+        }
+        current.append(token);
+        size += int(token.size());
+    }
+    if (!current.isEmpty())
+        chunks.append(current.join());
+    return chunks;
+}
+
+} // namespace RefHost

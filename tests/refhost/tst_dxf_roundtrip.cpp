@@ -1,0 +1,248 @@
+// Drawing -> DXF -> Drawing with the reference host's own writer and reader.
+#include "DxfDrawingReader.h"
+#include "DxfDrawingWriter.h"
+#include "tst_dxf_compare.h"
+#include "tst_dxf_samples.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <cmath>
+#include <limits>
+
+using namespace RefHost;
+
+class TestDxfRoundTrip : public QObject
+{
+    Q_OBJECT
+
+private:
+    static QByteArray readAll(const QString& path)
+    {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+
+private slots:
+    void roundTripKeepsEverything()
+    {
+        QTemporaryDir dir;
+        QVERIFY(dir.isValid());
+        const QString path = dir.filePath(QStringLiteral("drawing.dxf"));
+        const Drawing original = DxfSamples::richDrawing();
+        QCOMPARE(DxfDrawingWriter::write(original, path), QString());
+        const DxfDrawingReader::Result result = DxfDrawingReader::read(path);
+        QVERIFY2(result.drawing.has_value(), qPrintable(result.error));
+        QCOMPARE(result.error, QString());
+        DxfCompare::compareDrawings(*result.drawing, original);
+    }
+
+    void rewritingGivesTheSameBytes()
+    {
+        QTemporaryDir dir;
+        const QString first = dir.filePath(QStringLiteral("first.dxf"));
+        const QString second = dir.filePath(QStringLiteral("second.dxf"));
+        QCOMPARE(DxfDrawingWriter::write(DxfSamples::richDrawing(), first), QString());
+        const DxfDrawingReader::Result result = DxfDrawingReader::read(first);
+        QVERIFY2(result.drawing, qPrintable(result.error));
+        QCOMPARE(DxfDrawingWriter::write(*result.drawing, second), QString());
+        const QByteArray a = readAll(first);
+        QVERIFY(a.size() > 1000);
+        QCOMPARE(readAll(second), a);
+    }
+
+    void writtenFileIsAsciiR2000()
+    {
+        QString error;
+        const QByteArray text = DxfDrawingWriter::toDxf(DxfSamples::richDrawing(), &error);
+        QCOMPARE(error, QString());
+        QVERIFY(text.contains("$ACADVER\n  1\nAC1015\n"));
+        QVERIFY(text.endsWith("  0\nEOF\n"));
+        for (char c : text)
+            QVERIFY2(c == '\n' || (c >= 0x20 && c < 0x7f), "the R2000 file must be plain ASCII");
+        // Non-ASCII text travels as escapes.
+        QVERIFY(text.contains("Contator a\\U+00E7\\U+00E3o \\U+2126 \\U+00E9"));
+        // The handle seed lies above every handle used.
+        const qsizetype at = text.indexOf("$HANDSEED\n  5\n");
+        QVERIFY(at >= 0);
+        const qsizetype start = at + int(strlen("$HANDSEED\n  5\n"));
+        bool ok = false;
+        const qulonglong seed =
+            text.mid(start, text.indexOf('\n', start) - start).toULongLong(&ok, 16);
+        QVERIFY(ok);
+        // Every handle is unique and below the seed.
+        const QList<QByteArray> lines = text.split('\n');
+        QSet<qulonglong> handles;
+        for (qsizetype i = 2; i + 1 < lines.size(); i += 2) {
+            if (lines[i].trimmed() != "5" || lines[i - 1] == "$HANDSEED")
+                continue;
+            const qulonglong handle = lines[i + 1].toULongLong(&ok, 16);
+            QVERIFY2(ok && handle < seed, lines[i + 1].constData());
+            QVERIFY2(!handles.contains(handle), lines[i + 1].constData());
+            handles.insert(handle);
+        }
+        QVERIFY(handles.size() > 50);
+    }
+
+    // The smallest useful drawing, compared byte for byte with the file kept in the tests'
+    // data. Set KV_UPDATE_GOLDEN=1 to write the file anew after a deliberate format change.
+    void smallDrawingMatchesGoldenFile()
+    {
+        Drawing drawing;
+        drawing.groups() = {
+            PageGroup{QStringLiteral("PAGE"),
+                      {Page{QStringLiteral("First"), QStringLiteral("PAGE$1"), false}}}};
+        drawing.setCurrentLayer(QStringLiteral("PAGE$1"));
+        BlockDefinition block;
+        block.name = QStringLiteral("S");
+        block.geometry = {DxfSamples::line(0, 0, 10, 0)};
+        block.attributes = {DxfSamples::attribute(QStringLiteral("TAG"), 0, 2, 2.5)};
+        drawing.blocks().insert(block.name, block);
+        BlockReference reference =
+            DxfSamples::reference(QStringLiteral("S"), QStringLiteral("PAGE$1"), 5, 7,
+                                  {{QStringLiteral("TAG"), QStringLiteral("-S1")}});
+        reference.componentKey = QStringLiteral("7");
+        drawing.references() = {reference};
+        DrawingVariable variable;
+        variable.text = QStringLiteral("IEC");
+        drawing.variables().insert(QStringLiteral("*NORMA_UTILIZADA*"), variable);
+
+        QString error;
+        const QByteArray text = DxfDrawingWriter::toDxf(drawing, &error);
+        QCOMPARE(error, QString());
+        const QString golden = QStringLiteral(KV_TEST_DATA_DIR "/dxf/golden_small.dxf");
+        if (qEnvironmentVariableIntValue("KV_UPDATE_GOLDEN") == 1) {
+            QFile out(golden);
+            QVERIFY(out.open(QIODevice::WriteOnly));
+            out.write(text);
+        }
+        const QByteArray expected = readAll(golden);
+        QVERIFY2(!expected.isEmpty(), "golden file missing");
+        QCOMPARE(text, expected);
+    }
+
+    void writeReplacesAnExistingFileAndLeavesNoTemporaryFiles()
+    {
+        QTemporaryDir dir;
+        const QString path = dir.filePath(QStringLiteral("drawing.dxf"));
+        QFile old(path);
+        QVERIFY(old.open(QIODevice::WriteOnly));
+        old.write("old contents");
+        old.close();
+        QCOMPARE(DxfDrawingWriter::write(Drawing::withSinglePage(), path), QString());
+        QVERIFY(readAll(path).startsWith("999\n"));
+        QCOMPARE(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden),
+                 QStringList{QStringLiteral("drawing.dxf")});
+    }
+
+    void invalidDrawingLeavesTheFileUntouched_data()
+    {
+        QTest::addColumn<int>("fault");
+        QTest::addColumn<QString>("expected");
+        QTest::newRow("empty block name") << 0 << QStringLiteral("block name");
+        QTest::newRow("reference without layer") << 1 << QStringLiteral("has no layer");
+        QTest::newRow("position not finite") << 2 << QStringLiteral("not a finite number");
+        QTest::newRow("page layer twice") << 3 << QStringLiteral("appears twice");
+        QTest::newRow("attribute value too long") << 4 << QStringLiteral("longer than 1000 bytes");
+        QTest::newRow("block names differing in case")
+            << 5 << QStringLiteral("differ only in case");
+        QTest::newRow("block geometry not finite") << 6 << QStringLiteral("not a finite number");
+    }
+
+    void invalidDrawingLeavesTheFileUntouched()
+    {
+        QFETCH(int, fault);
+        QFETCH(QString, expected);
+        Drawing drawing = DxfSamples::richDrawing();
+        switch (fault) {
+        case 0:
+            drawing.blocks().insert(QString(), BlockDefinition());
+            break;
+        case 1:
+            drawing.references()[0].layer.clear();
+            break;
+        case 2:
+            drawing.references()[1].y = std::numeric_limits<double>::quiet_NaN();
+            break;
+        case 3:
+            drawing.groups()[1].pages.append(Page{QString(), QStringLiteral("forca$1"), false});
+            break;
+        case 4:
+            drawing.references()[0].attributes[0].value = QString(400, QChar(0x00e7));
+            break;
+        case 5:
+            drawing.blocks().insert(QStringLiteral("lamp"), BlockDefinition());
+            break;
+        case 6:
+            drawing.blocks()[QStringLiteral("LAMP")].geometry[0].radius =
+                std::numeric_limits<double>::infinity();
+            break;
+        }
+        QTemporaryDir dir;
+        const QString path = dir.filePath(QStringLiteral("kept.dxf"));
+        QFile old(path);
+        QVERIFY(old.open(QIODevice::WriteOnly));
+        old.write("previous drawing");
+        old.close();
+        const QString error = DxfDrawingWriter::write(drawing, path);
+        QVERIFY2(error.contains(expected), qPrintable(error));
+        QVERIFY2(error.startsWith(path), qPrintable(error));
+        QCOMPARE(readAll(path), QByteArray("previous drawing"));
+        QCOMPARE(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden),
+                 QStringList{QStringLiteral("kept.dxf")});
+    }
+
+    void writeIntoMissingFolderFails()
+    {
+        QTemporaryDir dir;
+        const QString path = dir.filePath(QStringLiteral("no/such/folder/drawing.dxf"));
+        const QString error = DxfDrawingWriter::write(DxfSamples::richDrawing(), path);
+        QVERIFY2(error.startsWith(path), qPrintable(error));
+        QVERIFY(!QFile::exists(path));
+    }
+
+    void emptyDrawingRoundTrips()
+    {
+        QTemporaryDir dir;
+        const QString path = dir.filePath(QStringLiteral("empty.dxf"));
+        const Drawing empty;
+        QCOMPARE(DxfDrawingWriter::write(empty, path), QString());
+        const DxfDrawingReader::Result result = DxfDrawingReader::read(path);
+        QVERIFY2(result.drawing, qPrintable(result.error));
+        DxfCompare::compareDrawings(*result.drawing, empty);
+    }
+
+    // A drawing made by another program (ezdxf): its GROUP$N layers become pages.
+    void foreignDrawingPagesFromLayerNames()
+    {
+        const DxfDrawingReader::Result result =
+            DxfDrawingReader::read(QStringLiteral(KV_TEST_DATA_DIR "/dxf/drawing_foreign.dxf"));
+        QVERIFY2(result.drawing, qPrintable(result.error));
+        const Drawing& drawing = *result.drawing;
+        QCOMPARE(drawing.pageLayers(),
+                 (QStringList{QStringLiteral("SHEET$1"), QStringLiteral("SHEET$2"),
+                              QStringLiteral("SHEET$10"), QStringLiteral("TERM$1")}));
+        QCOMPARE(drawing.groups().size(), 2);
+        QCOMPARE(drawing.groups()[0].name, QStringLiteral("SHEET"));
+        QVERIFY(drawing.groups()[0].pages[1].frozen);
+        QVERIFY(!drawing.groups()[0].pages[0].frozen);
+        QCOMPARE(drawing.currentLayer(), QStringLiteral("SHEET$1"));
+        QVERIFY(drawing.blocks().contains(QStringLiteral("RELAY")));
+        QCOMPARE(drawing.references().size(), 2);
+        const BlockReference& relay = drawing.references()[0];
+        QCOMPARE(relay.blockName, QStringLiteral("RELAY"));
+        QCOMPARE(relay.layer, QStringLiteral("SHEET$2"));
+        DXF_COMPARE_REAL(relay.x, 50.0);
+        DXF_COMPARE_REAL(relay.rotationDegrees, 45.0);
+        QCOMPARE(relay.attributes.size(), 2);
+        QCOMPARE(relay.attributes[0].tag, QStringLiteral("TAG"));
+        QCOMPARE(relay.attributes[0].value, QStringLiteral("-K7"));
+        QCOMPARE(relay.attributes[1].value, QStringLiteral("Rel\u00e9"));
+        QCOMPARE(drawing.blocks().value(QStringLiteral("RELAY")).attributes.size(), 2);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestDxfRoundTrip)
+#include "tst_dxf_roundtrip.moc"
