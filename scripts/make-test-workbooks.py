@@ -308,11 +308,12 @@ def write_package(name, parts, compression=zipfile.ZIP_DEFLATED):
             archive.writestr(info, data)
 
 
-def bomb_sheet(spaces):
-    """A sheet whose XML is valid but consists almost only of blanks."""
+def bomb_sheet(mebibytes):
+    """A sheet whose XML is valid but consists almost only of blanks, with an empty element
+    after each mebibyte so that no single run of text is long."""
     head = f'<?xml version="1.0" encoding="UTF-8"?><worksheet xmlns="{NS_MAIN}"><sheetData>'
     tail = '</sheetData></worksheet>'
-    return head.encode() + b" " * spaces + tail.encode()
+    return head.encode() + (b" " * (1024 * 1024 - 4) + b"<x/>") * mebibytes + tail.encode()
 
 
 def patch_uncompressed_size(name, part, size):
@@ -391,24 +392,37 @@ def hostile():
         "xl/worksheets/sheet1.xml": sheet_xml(
             '<row r="5"><c r="A5"><v>5</v></c></row><row r="3"><c r="A3"><v>3</v></c></row>')}))
 
-    # Zip bombs: a sheet of 300 MiB of blanks, compressed with bzip2 to a few hundred bytes.
+    # Zip bombs: a sheet of 300 MiB of mostly blanks, compressed with bzip2 to a few hundred bytes.
     # The honest one declares its size; the lying one declares 1000 bytes, so only counting
     # the bytes as they come out can stop it.
-    big = package({"xl/worksheets/sheet1.xml": bomb_sheet(300 * 1024 * 1024)})
+    big = package({"xl/worksheets/sheet1.xml": bomb_sheet(300)})
     write_package("hostile-bomb.xlsx", big, zipfile.ZIP_BZIP2)
     write_package("hostile-bomb-lying.xlsx", big, zipfile.ZIP_BZIP2)
     patch_uncompressed_size("hostile-bomb-lying.xlsx", "xl/worksheets/sheet1.xml", 1000)
     # A deflated one of 8 MiB, small enough for the tests' own tighter limits.
     write_package("hostile-bomb-deflate.xlsx",
-                  package({"xl/worksheets/sheet1.xml": bomb_sheet(8 * 1024 * 1024)}))
+                  package({"xl/worksheets/sheet1.xml": bomb_sheet(8)}))
     patch_uncompressed_size("hostile-bomb-deflate.xlsx", "xl/worksheets/sheet1.xml", 1000)
     # Headers that declare 4 GiB for a small part.
     write_package("hostile-huge-declared-size.xlsx", package())
     patch_uncompressed_size("hostile-huge-declared-size.xlsx", "xl/worksheets/sheet1.xml",
                             0xFFFFFFF0)
+    # Elements nested a million deep, and one text of 64 MiB.
+    deep = sheet_xml('<row r="1"><c r="A1"><is>' + "<r>" * 1000000 + "</r>" * 1000000
+                     + "</is></c></row>")
+    write_package("hostile-deep-nesting.xlsx", package({"xl/worksheets/sheet1.xml": deep}))
+    long_text = sheet_xml('<row r="1"><c r="A1" t="inlineStr"><is><t>' + "x" * (64 << 20)
+                          + "</t></is></c></row>")
+    write_package("hostile-long-text.xlsx", package({"xl/worksheets/sheet1.xml": long_text}),
+                  zipfile.ZIP_BZIP2)
     # Many tiny rows and cells, for the tests' tight cell and row limits.
     many = "".join(f'<row r="{r}">' + '<c><v>1</v></c>' * 10 + '</row>' for r in range(1, 201))
     write_package("many-cells.xlsx", package({"xl/worksheets/sheet1.xml": sheet_xml(many)}))
+    # Many content types in a small package, for the tests' tight list limit.
+    types = content_types().replace("</Types>", "".join(
+        f'<Override PartName="/unused/part{i}.xml" ContentType="application/xml"/>'
+        for i in range(50)) + "</Types>")
+    write_package("many-content-types.xlsx", package({"[Content_Types].xml": types}))
     # A sheet whose dimension says "A1" however big it is, and rows and cells without "r".
     no_refs = ('<?xml version="1.0" encoding="UTF-8"?>'
                f'<worksheet xmlns="{NS_MAIN}"><dimension ref="A1"/><sheetData>'
@@ -417,6 +431,27 @@ def hostile():
                '<row r="7"><c r="C7"><v>7</v></c><c><v>8</v></c></row>'
                '</sheetData></worksheet>')
     write_package("no-references.xlsx", package({"xl/worksheets/sheet1.xml": no_refs}))
+
+
+def normalise(name):
+    """Rewrites a producer's file with fixed entry times and modification date, so that
+    running the script again gives the same bytes."""
+    with zipfile.ZipFile(path(name)) as archive:
+        entries = [(info, archive.read(info)) for info in archive.infolist()]
+    with zipfile.ZipFile(path(name), "w") as archive:
+        for info, data in entries:
+            if info.filename == "docProps/core.xml":
+                text = data.decode("utf-8")
+                start = text.find("<dcterms:modified")
+                if start >= 0:
+                    end = text.find("</dcterms:modified>", start)
+                    text = (text[:start] + '<dcterms:modified xsi:type="dcterms:W3CDTF">'
+                            '2024-01-02T03:04:05Z' + text[end:])
+                data = text.encode("utf-8")
+            fixed = zipfile.ZipInfo(info.filename, date_time=(2024, 1, 2, 3, 4, 6))
+            fixed.compress_type = zipfile.ZIP_DEFLATED
+            fixed.external_attr = info.external_attr
+            archive.writestr(fixed, data)
 
 
 def main():
@@ -431,6 +466,9 @@ def main():
     openpyxl_template("import-header-only.xlsx", [])
     openpyxl_template("import-all-skipped.xlsx",
                       [(12, [None, "a", "b"]), (13, ["", "c", "d"])])
+    for name in sorted(os.listdir(OUT)):
+        if name.startswith(("openpyxl-", "xlsxwriter-", "import-")):
+            normalise(name)
     hostile()
 
 

@@ -114,7 +114,6 @@ bool WorkbookIndex::load(ZipPackage& package, const WorkbookLimits& limits, QStr
                                  "hold")
                                 .arg(name, id, relationshipsPartFor(m_workbookPart));
         } else if (hasRelationshipType(found->type, u"worksheet")) {
-            entry.isWorksheet = true;
             const QString type = contentType(found->target);
             if (found->external || found->target.isEmpty()) {
                 entry.problem = kvTr("sheet \"%1\" points outside the workbook package").arg(name);
@@ -126,6 +125,8 @@ bool WorkbookIndex::load(ZipPackage& package, const WorkbookLimits& limits, QStr
             } else {
                 entry.partName = found->target;
             }
+        } else {
+            entry.isWorksheet = false; // a chart sheet, a dialog sheet, ...
         }
         m_sheets.append(entry);
     }

@@ -18,8 +18,9 @@ struct SheetEntry
     QString partName;
     // Why the sheet cannot be read (a dangling or wrong reference); empty when it can.
     QString problem;
-    // False for chart sheets and dialog sheets, which hold no cells.
-    bool isWorksheet = false;
+    // False for chart sheets and dialog sheets, which hold no cells. A sheet whose reference
+    // is broken counts as a worksheet, so that reading it reports the damage.
+    bool isWorksheet = true;
 };
 
 // The map of a workbook package: which part is the workbook, which sheets it lists under which

@@ -12,6 +12,12 @@ struct WorkbookLimits
     // Bytes decompressed from the whole package over the life of one reader, re-reads of a
     // sheet included.
     qint64 maxTotalBytes = qint64(1024) * 1024 * 1024;
+    // Bytes of one part between one "<" and the next, that is one text, tag or comment: the
+    // XML parser holds such a run whole, so this bounds its memory. A cell text at the length
+    // limit takes at most 10 bytes a character, even with every character escaped.
+    qint64 maxMarkupRunBytes = qint64(16) * 1024 * 1024;
+    // Elements open inside each other in one part.
+    int maxXmlDepth = 256;
     // Cells met in one pass over a sheet.
     qint64 maxCells = qint64(16) * 1024 * 1024;
     // The largest row number and column number a spreadsheet program can address.

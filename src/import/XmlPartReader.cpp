@@ -8,6 +8,8 @@ bool XmlPartReader::open(ZipPackage& package, const QString& partName)
 {
     close();
     m_partName = partName;
+    m_depth = 0;
+    m_maxDepth = package.limits().maxXmlDepth;
     m_device = package.openPart(partName, &m_problem);
     if (!m_device)
         return false;
@@ -52,6 +54,12 @@ bool XmlPartReader::readNext()
                  .arg(m_partName));
         return false;
     }
+    if (token == QXmlStreamReader::StartElement && ++m_depth > m_maxDepth) {
+        fail(kvTr("part %1 nests elements more than %2 deep").arg(m_partName).arg(m_maxDepth));
+        return false;
+    }
+    if (token == QXmlStreamReader::EndElement)
+        --m_depth;
     return token != QXmlStreamReader::EndDocument;
 }
 

@@ -10,8 +10,9 @@
 namespace Xlsx::Internal {
 
 // Streams the XML of one package part. It puts the part's name into every problem it reports,
-// prefers the device's problem (limits, damaged data) to the parser's, and refuses document
-// type declarations, which office documents never carry.
+// prefers the device's problem (limits, damaged data) to the parser's, refuses document type
+// declarations, which office documents never carry, and elements nested deeper than the
+// limit, so that the parser's stack of open elements stays small.
 class XmlPartReader final
 {
 public:
@@ -52,6 +53,8 @@ private:
     QXmlStreamReader m_xml;
     QString m_partName;
     QString m_problem;
+    int m_depth = 0;
+    int m_maxDepth = 0;
 };
 
 // The value of the attribute called `localName`, whatever its namespace prefix; empty when absent.

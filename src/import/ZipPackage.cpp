@@ -144,7 +144,8 @@ std::unique_ptr<ZipPartDevice> ZipPackage::openPart(const QString& partName, QSt
                        .arg(partName, QString::fromLocal8Bit(zip_strerror(m_zip)));
         return nullptr;
     }
-    return std::make_unique<ZipPartDevice>(file, partName, m_limits.maxPartBytes, &m_budget);
+    return std::make_unique<ZipPartDevice>(file, partName, m_limits.maxPartBytes,
+                                           m_limits.maxMarkupRunBytes, &m_budget);
 }
 
 } // namespace Xlsx::Internal

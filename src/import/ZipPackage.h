@@ -25,6 +25,7 @@ public:
     // Opens the file; returns what is wrong with it, or an empty text on success.
     QString open(const QString& path);
     bool isOpen() const { return m_zip != nullptr; }
+    const WorkbookLimits& limits() const { return m_limits; }
 
     bool contains(const QString& partName) const;
     // Opens a part for streaming. Returns null and sets `problem` when the part is missing,

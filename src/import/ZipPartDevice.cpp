@@ -4,11 +4,14 @@
 
 #include <zip.h>
 
+#include <cstring>
+
 namespace Xlsx::Internal {
 
 ZipPartDevice::ZipPartDevice(zip_file* file, const QString& partName, qint64 partLimit,
-                             ByteBudget* total)
-    : m_file(file), m_partName(partName), m_partLimit(partLimit), m_total(total)
+                             qint64 runLimit, ByteBudget* total)
+    : m_file(file), m_partName(partName), m_partLimit(partLimit), m_runLimit(runLimit),
+      m_total(total)
 {
     open(QIODevice::ReadOnly | QIODevice::Unbuffered);
 }
@@ -45,6 +48,27 @@ qint64 ZipPartDevice::readData(char* data, qint64 maxSize)
                         .arg(m_total->limit)
                         .arg(m_partName);
         return -1;
+    }
+    // Runs that lie wholly inside this chunk are shorter than the chunk; only the run that
+    // goes on from earlier chunks can grow past the limit.
+    const char* begin = data;
+    const char* end = data + count;
+    const void* found = std::memchr(begin, '<', size_t(count));
+    const char* first = found ? static_cast<const char*>(found) : end;
+    if (m_runBytes + (first - begin) > m_runLimit) {
+        m_problem = kvTr("part %1 holds more than %2 bytes without markup, more than a cell can "
+                         "hold")
+                        .arg(m_partName)
+                        .arg(m_runLimit);
+        return -1;
+    }
+    if (first == end) {
+        m_runBytes += count;
+    } else {
+        const char* last = end;
+        while (*(last - 1) != '<')
+            --last;
+        m_runBytes = end - last;
     }
     return count;
 }

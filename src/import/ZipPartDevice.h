@@ -16,12 +16,15 @@ struct ByteBudget
 
 // One part of a zip package as a sequential device, decompressed as it is read, so that an
 // XML reader can stream it. Reading stops with an error once the part or the package has
-// decompressed more than its limit, and when the compressed data is damaged.
+// decompressed more than its limit, when a run of bytes without markup is longer than the XML
+// reader should hold at once, and when the compressed data is damaged.
 class ZipPartDevice final : public QIODevice
 {
 public:
-    // Takes ownership of `file`. `total` must outlive the device.
-    ZipPartDevice(zip_file* file, const QString& partName, qint64 partLimit, ByteBudget* total);
+    // Takes ownership of `file`. `total` must outlive the device. `runLimit` bounds the bytes
+    // between one "<" and the next.
+    ZipPartDevice(zip_file* file, const QString& partName, qint64 partLimit, qint64 runLimit,
+                  ByteBudget* total);
     ~ZipPartDevice() override;
     ZipPartDevice(const ZipPartDevice&) = delete;
     ZipPartDevice& operator=(const ZipPartDevice&) = delete;
@@ -40,6 +43,8 @@ private:
     QString m_partName;
     qint64 m_partLimit;
     qint64 m_partBytes = 0;
+    qint64 m_runLimit;
+    qint64 m_runBytes = 0; // since the last "<"
     ByteBudget* m_total;
     QString m_problem;
 };
