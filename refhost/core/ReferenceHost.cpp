@@ -1,5 +1,6 @@
 #include "ReferenceHost.h"
 
+#include "DxfBlockReader.h"
 #include "PathResolver.h"
 
 #include "host/HostTrace.h"
@@ -23,6 +24,14 @@ QString ReferenceHost::networkDirVariableValue(const QString& networkDir)
     return networkDir + QLatin1Char('/');
 }
 
+BlockFileReader ReferenceHost::dxfBlockReader()
+{
+    return [](const QString& path) {
+        DxfBlockReader::Result read = DxfBlockReader::read(path);
+        return BlockFileResult{std::move(read.block), std::move(read.error)};
+    };
+}
+
 ReferenceHost::Created ReferenceHost::create(HostOptions options)
 {
     Created created;
@@ -32,10 +41,6 @@ ReferenceHost::Created ReferenceHost::create(HostOptions options)
     }
     if (options.standard.trimmed().isEmpty()) {
         created.error = QStringLiteral("no standard given");
-        return created;
-    }
-    if (!options.blockReader) {
-        created.error = QStringLiteral("no block reader given");
         return created;
     }
     if (!options.networkDir.isEmpty()) {
@@ -71,8 +76,10 @@ ReferenceHost::Created ReferenceHost::create(HostOptions options)
 
     host->m_drawing = options.drawing ? std::move(*options.drawing) : Drawing::withSinglePage();
     host->m_undo = std::make_unique<UndoHistory>(host->m_drawing);
-    host->m_cad = std::make_unique<CadServices>(host->m_drawing, std::move(options.blockReader),
-                                                *host->m_console);
+    BlockFileReader reader =
+        options.blockReader ? std::move(options.blockReader) : dxfBlockReader();
+    host->m_cad =
+        std::make_unique<CadServices>(host->m_drawing, std::move(reader), *host->m_console);
     host->m_language = std::make_unique<LispEnvironment>(host->m_drawing, *host->m_cad,
                                                          *host->m_undo, *host->m_console);
     const QString networkDir = networkDirVariableValue(options.networkDir);

@@ -39,7 +39,7 @@ struct HostOptions
     QIODevice* traceDevice = nullptr;
     // Where messages go (not owned); stdout and stderr when null.
     Console* console = nullptr;
-    // Reads block files; required, since the host cannot place a block without it.
+    // Reads block files; empty: the DXF block reader.
     BlockFileReader blockReader;
 };
 
@@ -74,6 +74,8 @@ public:
     HeadlessSystemServices& system() { return *m_system; }
     HeadlessDocument& document() { return *m_document; }
 
+    // Block files read with DxfBlockReader.
+    static BlockFileReader dxfBlockReader();
     // The network folder as the drawing variable holds it: ending with a separator.
     static QString networkDirVariableValue(const QString& networkDir);
 

@@ -122,12 +122,38 @@ private slots:
         QVERIFY2(created.error.startsWith(error), qPrintable(created.error));
     }
 
-    void aBlockReaderIsRequired()
+    void blocksAreReadFromDxfByDefault()
     {
         HostOptions o = options();
         o.blockReader = {};
-        QCOMPARE(ReferenceHost::create(std::move(o)).error,
-                 QStringLiteral("no block reader given"));
+        ReferenceHost::Created created = ReferenceHost::create(std::move(o));
+        QVERIFY2(created.host, qPrintable(created.error));
+        ScopedHostBinding bound(created.host->binding());
+        QVERIFY(
+            CICad::InserirBloco(m_dir->path() + QStringLiteral("\\net\\dados\\iec\\blocos\\m1.dwg"),
+                                QStringLiteral("M1"), QStringLiteral("PAGE$1"), 1, 2, 0, 45));
+        QVERIFY2(m_err.data().isEmpty(), m_err.data().constData());
+        QCOMPARE(m_reader.calls, 0);
+        const Drawing& drawing = created.host->drawing();
+        QCOMPARE(drawing.references().size(), 1);
+        QCOMPARE(drawing.references().first().attributes.size(), 1);
+        QCOMPARE(drawing.references().first().attributes.first().tag, QStringLiteral("TAG"));
+        QCOMPARE(drawing.references().first().attributes.first().value, QStringLiteral("M?"));
+        QVERIFY(!drawing.blocks().value(QStringLiteral("M1")).geometry.isEmpty());
+
+        // A file that is no DXF: the reader's error, one line, nothing placed.
+        QFile bad(m_dir->path() + QStringLiteral("/Net/DADOS/IEC/BLOCOS/BAD.dxf"));
+        QVERIFY(bad.open(QIODevice::WriteOnly));
+        bad.write("not a drawing\n");
+        bad.close();
+        QVERIFY(
+            !CICad::InserirBloco(m_dir->path() + QStringLiteral("/Net/DADOS/IEC/BLOCOS/BAD.dwg"),
+                                 QStringLiteral("BAD"), {}, 0, 0, 0, 0));
+        QCOMPARE(drawing.references().size(), 1);
+        QVERIFY2(err().startsWith(QStringLiteral("error: ")) &&
+                     err().contains(QStringLiteral("BAD.dxf")) &&
+                     err().count(QLatin1Char('\n')) == 1,
+                 qPrintable(err()));
     }
 
     void theInstalledHostAnswersTheModule()
