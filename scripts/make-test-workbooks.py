@@ -226,6 +226,7 @@ IMPORT_ROWS = [
     (14, [2, 'Motor "big"', "M1", 12.7, "note"]),
     # row 15 is missing altogether
     (16, [3, "Lamp", None, "", None]),
+    (17, [4, "  Blanks and Case kept  ", "k3", None, None]),
 ]
 
 
@@ -415,6 +416,17 @@ def hostile():
                           + "</t></is></c></row>")
     write_package("hostile-long-text.xlsx", package({"xl/worksheets/sheet1.xml": long_text}),
                   zipfile.ZIP_BZIP2)
+    # A template whose third data row is damaged: the reading stops there.
+    damaged = ('<?xml version="1.0" encoding="UTF-8"?>'
+               f'<worksheet xmlns="{NS_MAIN}"><dimension ref="A1:B13"/><sheetData>'
+               '<row r="11"><c r="A11" t="s"><v>0</v></c><c r="B11" t="s"><v>1</v></c></row>'
+               '<row r="12"><c r="A12"><v>1</v></c><c r="B12"><v>10</v></c></row>'
+               '<row r="13"><c r="A13"><v>2</v></c><c r="B13" t="s"><v>99</v></c></row>'
+               '</sheetData></worksheet>')
+    titles = ('<?xml version="1.0" encoding="UTF-8"?>'
+              f'<sst xmlns="{NS_MAIN}"><si><t>ITEM</t></si><si><t>CODE</t></si></sst>')
+    write_package("import-damaged-row.xlsx", package({"xl/worksheets/sheet1.xml": damaged,
+                                                      "xl/sharedStrings.xml": titles}))
     # Many tiny rows and cells, for the tests' tight cell and row limits.
     many = "".join(f'<row r="{r}">' + '<c><v>1</v></c>' * 10 + '</row>' for r in range(1, 201))
     write_package("many-cells.xlsx", package({"xl/worksheets/sheet1.xml": sheet_xml(many)}))

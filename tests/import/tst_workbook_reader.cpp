@@ -225,10 +225,11 @@ void tst_workbook_reader::headerRowIsOneBasedValueRowsZeroBased()
     QCOMPARE(excel.GetValue(sheet, 10, 0), QStringLiteral("ITEM"));
     QCOMPARE(excel.GetValue(sheet, 11, 0), QStringLiteral("1"));
     QCOMPARE(excel.GetValue(sheet, 11, 1), QStringLiteral("Contactor"));
-    // The last data row is labelled 16, so rows below 16 are the value rows.
-    QCOMPARE(excel.VerifyRowCount(sheet), 16);
+    // The last data row is labelled 17, so rows below 17 are the value rows.
+    QCOMPARE(excel.VerifyRowCount(sheet), 17);
     QCOMPARE(excel.GetValue(sheet, 15, 1), QStringLiteral("Lamp"));
-    QCOMPARE(excel.GetValue(sheet, 16, 1), QString());
+    QCOMPARE(excel.GetValue(sheet, 16, 1), QStringLiteral("  Blanks and Case kept  "));
+    QCOMPARE(excel.GetValue(sheet, 17, 1), QString());
 }
 
 void tst_workbook_reader::columnIndex_data()
