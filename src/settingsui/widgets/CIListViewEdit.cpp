@@ -6,6 +6,7 @@
 #include "host/HostTypes.h"
 #include "host/Translate.h"
 
+#include <QApplication>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -196,6 +197,26 @@ int CIListViewEdit::GetChoiceIndex(int row, int column) const
 bool CIListViewEdit::SetCellEditable(int row, int column, bool editable)
 {
     return m_model->setCellEditable(row, column, editable);
+}
+
+void CIListViewEdit::commitEdit()
+{
+    if (!isEditing())
+        return;
+    QWidget* editor = indexWidget(currentIndex());
+    if (!editor) {
+        // Delegate editors are not index widgets: the open one is the focused child.
+        for (QWidget* focus = QApplication::focusWidget(); focus; focus = focus->parentWidget()) {
+            if (focus->parentWidget() == viewport()) {
+                editor = focus;
+                break;
+            }
+        }
+    }
+    if (!editor)
+        return;
+    commitData(editor);
+    closeEditor(editor, QAbstractItemDelegate::NoHint);
 }
 
 void CIListViewEdit::setSelectionMark(int row)

@@ -69,6 +69,8 @@ public:
 
     // True while a cell's editor is open.
     bool isEditing() const { return state() == EditingState; }
+    // Stores and closes an open editor, as leaving the cell does.
+    void commitEdit();
 
     // Presses the button of a file or button cell, as a click on it does.
     void pressCellButton(int row, int column);

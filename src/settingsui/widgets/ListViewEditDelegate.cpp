@@ -152,9 +152,13 @@ bool ListViewEditDelegate::eventFilter(QObject* object, QEvent* event)
     const QPersistentModelIndex index =
         editor->property(kIndexProperty).value<QPersistentModelIndex>();
     const bool handled = QStyledItemDelegate::eventFilter(object, event);
-    if (enter && index.isValid())
+    if (!enter)
+        return handled;
+    if (index.isValid())
         emit enterPressed(index);
-    return handled;
+    // The commit is on its way; the key must not go on to the dialog, whose default button
+    // would otherwise close it before the edit is stored.
+    return true;
 }
 
 void ListViewEditDelegate::browseInto(QWidget* editor) const
