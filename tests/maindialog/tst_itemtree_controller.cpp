@@ -80,6 +80,7 @@ private slots:
     void selectSymbolLine();
     void selectSymbolLineOfRemovedNode();
     void hasNodes();
+    void symbolListModel();
     void takeJobItemsConsumesTree();
 
 private:
@@ -739,6 +740,29 @@ void TestItemTreeController::takeJobItemsConsumesTree()
     QCOMPARE(items.at(0).entries.at(0).key, KVString("K1"));
     QVERIFY(!m_tree->GetSymbol(symbol));
     QVERIFY(!m_tree->GetAttributes(a));
+}
+
+void TestItemTreeController::symbolListModel()
+{
+    SelectedSymbolList& list = m_controller->selectedSymbols();
+    const TVNode n1 = TVNode::fromId(101);
+    const TVNode n2 = TVNode::fromId(102);
+    const TVNode n3 = TVNode::fromId(103);
+    list.append("Relay", n1);
+    list.append("Lamp", n2);
+    list.append("Relay", n3);
+    QCOMPARE(list.rowCount(), 3);
+    QCOMPARE(list.index(1).data().toString(), QStringLiteral("Lamp"));
+    QCOMPARE(list.index(2).data(SelectedSymbolList::NodeIdRole).toULongLong(), quint64(103));
+    QVERIFY(!list.index(3).data().isValid());
+    QVERIFY(!list.removeFirst("Motor"));
+    QVERIFY(list.removeFirst("Relay"));
+    QCOMPARE(list.lines(), (QList<SelectedSymbolList::Line>{{"Lamp", n2}, {"Relay", n3}}));
+    list.replaceNode(n3, n1);
+    QCOMPARE(list.line(1).node, n1);
+    QVERIFY(list.line(7).node.isNull());
+    list.clear();
+    QCOMPARE(list.rowCount(), 0);
 }
 
 QTEST_GUILESS_MAIN(TestItemTreeController)
