@@ -94,6 +94,8 @@ ReferenceHost::Created ReferenceHost::create(HostOptions options)
     host->m_system = std::make_unique<HeadlessSystemServices>(*host->m_console, options.tempFolder);
     host->m_system->setFileDialogAnswers(options.fileDialogAnswers);
     host->m_document = std::make_unique<HeadlessDocument>(*host->m_console);
+    host->m_palette =
+        std::make_unique<StandardPalette>(host->m_electrical->connection(), settings.standard);
 
     host->m_cad->setVarStr(kStandardVariable, settings.standard);
     host->m_cad->setVarStr(kNetworkDirVariable, networkDir);
@@ -116,6 +118,7 @@ HostBinding ReferenceHost::untracedBinding() const
     binding.document = m_document.get();
     binding.cad = m_cad.get();
     binding.language = m_language.get();
+    binding.palette = m_palette.get();
     return binding;
 }
 

@@ -7,6 +7,7 @@
 #include "HeadlessDocument.h"
 #include "HeadlessSystemServices.h"
 #include "LispEnvironment.h"
+#include "StandardPalette.h"
 #include "UndoHistory.h"
 
 #include "host/HostBinding.h"
@@ -73,6 +74,7 @@ public:
     ElectricalServices& electrical() { return *m_electrical; }
     HeadlessSystemServices& system() { return *m_system; }
     HeadlessDocument& document() { return *m_document; }
+    StandardPalette& palette() { return *m_palette; }
 
     // Block files read with DxfBlockReader.
     static BlockFileReader dxfBlockReader();
@@ -91,6 +93,7 @@ private:
     std::unique_ptr<ElectricalServices> m_electrical;
     std::unique_ptr<HeadlessSystemServices> m_system;
     std::unique_ptr<HeadlessDocument> m_document;
+    std::unique_ptr<StandardPalette> m_palette;
     std::unique_ptr<QFile> m_traceFile;
     std::unique_ptr<HostTrace> m_trace;
 };

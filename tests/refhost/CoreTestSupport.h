@@ -5,6 +5,8 @@
 
 #include "CadServices.h"
 
+#include "host/CEPasta.h"
+
 #include <QByteArray>
 #include <QDir>
 #include <QFile>
@@ -127,8 +129,9 @@ inline QStringList standardDatabaseStatements()
                        "LARGURA VARCHAR(20))"),
         QStringLiteral("CREATE TABLE CUSTOM_PROPERTIES (ITEM_KEY VARCHAR(20), ITEM_TYPE INTEGER, "
                        "TAG VARCHAR(40), VALUE VARCHAR(120))"),
-        QStringLiteral("CREATE TABLE BDMENUS (MENU_KEY VARCHAR(20), MENU_KEY_LANG INTEGER, "
-                       "MENU_DESCR VARCHAR(120))"),
+        QStringLiteral("CREATE TABLE BDMENUS (MENU_KEY VARCHAR(20), MENU_KEY_LANG VARCHAR(4), "
+                       "MENU_DESCR VARCHAR(120), MENU_PARENT VARCHAR(20), MENU_KIND INTEGER, "
+                       "MENU_ORDER INTEGER)"),
         QStringLiteral("CREATE TABLE BDDIC (DIC_FIELD VARCHAR(40))"),
         QStringLiteral("INSERT INTO BDKV VALUES ('100', 'IEC', 'M1', 'Motor', 'N', '40')"),
         QStringLiteral("INSERT INTO BDKV VALUES ('100', 'NEMA', 'NM1', 'Motor', 'N', '45')"),
@@ -138,9 +141,19 @@ inline QStringList standardDatabaseStatements()
         QStringLiteral("INSERT INTO CUSTOM_PROPERTIES VALUES ('100', 2, ' Voltage ', '400')"),
         QStringLiteral("INSERT INTO CUSTOM_PROPERTIES VALUES ('100', 7, 'HIDDEN', 'x')"),
         QStringLiteral("INSERT INTO CUSTOM_PROPERTIES VALUES ('100', 0, 'LARGURA', '42')"),
-        QStringLiteral("INSERT INTO BDMENUS VALUES ('100', 3, 'Motor')"),
-        QStringLiteral("INSERT INTO BDMENUS VALUES ('100', 1, 'Motor')"),
-        QStringLiteral("INSERT INTO BDMENUS VALUES ('200', 3, 'Lamp')"),
+        // Palette: folders 9000 and 9100 at the top (9100 first by its order), 9200 and 9300
+        // each other's parents, component 999 not in the standard, 300 under a missing folder.
+        QStringLiteral("INSERT INTO BDMENUS VALUES ('9000', '1', 'Motors', '0', 0, 2)"),
+        QStringLiteral("INSERT INTO BDMENUS VALUES ('9000', '3', 'Motores', '0', 0, 2)"),
+        QStringLiteral("INSERT INTO BDMENUS VALUES ('9100', '1', 'Lamps', '0', 0, 1)"),
+        QStringLiteral("INSERT INTO BDMENUS VALUES ('100', '3', 'Motor trifasico', '9000', 1, 1)"),
+        QStringLiteral(
+            "INSERT INTO BDMENUS VALUES ('100', '1', 'Three-phase motor', '9000', 1, 1)"),
+        QStringLiteral("INSERT INTO BDMENUS VALUES ('200', '3', 'Lampada', '9100', 1, 2)"),
+        QStringLiteral("INSERT INTO BDMENUS VALUES ('999', '1', 'Elsewhere', '9100', 1, 1)"),
+        QStringLiteral("INSERT INTO BDMENUS VALUES ('9200', '1', 'Loop A', '9300', 0, 1)"),
+        QStringLiteral("INSERT INTO BDMENUS VALUES ('9300', '1', 'Loop B', '9200', 0, 1)"),
+        QStringLiteral("INSERT INTO BDMENUS VALUES ('300', '1', 'Orphan', '7777', 1, 3)"),
         QStringLiteral("INSERT INTO BDDIC VALUES ('POWER')"),
     };
 }
@@ -166,6 +179,22 @@ inline QString createSqliteStandard(const QString& path)
     }
     QSqlDatabase::removeDatabase(name);
     return error;
+}
+
+// A palette tree as text, one line per entry: indentation, kind ("F" folder, "C" component),
+// key, and the descriptions as LANGUAGE=TEXT in language order.
+inline void describeTree(const std::vector<std::unique_ptr<CEPasta>>& entries, int depth,
+                         QStringList& lines)
+{
+    for (const std::unique_ptr<CEPasta>& entry : entries) {
+        QStringList texts;
+        for (int language : entry->descriptionLanguages())
+            texts.append(QStringLiteral("%1=%2").arg(language).arg(entry->getDescricao(language)));
+        lines.append(QString(depth * 2, QLatin1Char(' ')) +
+                     (entry->isComponent() ? QStringLiteral("C ") : QStringLiteral("F ")) +
+                     entry->GetKey() + QLatin1Char(' ') + texts.join(QLatin1Char(',')));
+        describeTree(entry->children(), depth + 1, lines);
+    }
 }
 
 } // namespace CoreTest

@@ -5,6 +5,7 @@
 #include "host/CFxSystemServices.h"
 #include "host/CICad.h"
 #include "host/CVRServices.h"
+#include "host/ComponentPalette.h"
 #include "host/DrawingLanguage.h"
 
 #include <QBuffer>
@@ -176,6 +177,10 @@ private slots:
                                                                 QStringLiteral("IEC")),
                  QStringLiteral("M1"));
         QCOMPARE(CIRegistro().GetCaminhoTemp(), m_dir->path() + QStringLiteral("/tmp/"));
+        QVERIFY(GetComponentPalette());
+        QCOMPARE(GetComponentPalette()->GetNormaSelecionada()->GetKey(), QStringLiteral("IEC"));
+        QVERIFY(
+            GetComponentPalette()->carga(*GetComponentPalette()->GetNormaSelecionada(), 0).ok());
 
         QCOMPARE(CFxMessageBox::warning(CFxUtils::GetMainWindowId(), QStringLiteral("Careful")),
                  HeadlessSystemServices::kMessageOk);

@@ -1,6 +1,7 @@
 #include "CoreTestSupport.h"
 #include "DatabaseConnection.h"
 #include "ElectricalServices.h"
+#include "StandardPalette.h"
 
 #include <QBuffer>
 #include <QCryptographicHash>
@@ -348,6 +349,35 @@ private slots:
         QCOMPARE(m_services->GetBaseFolder(), QStringLiteral("/net/"));
         QVERIFY(m_services->GetLongOperationRunner(nullptr));
         QVERIFY(m_services->GetCommandManager());
+    }
+
+    void paletteTree_data() { addBackends(); }
+    void paletteTree()
+    {
+        SKIP_WITHOUT_SERVER();
+        StandardPalette palette(m_services->connection(), QStringLiteral("IEC"));
+        QCOMPARE(palette.GetNormaSelecionada(),
+                 CENorma(QStringLiteral("IEC"), QStringLiteral("IEC")));
+        const CEPastaTree tree =
+            palette.carga(CENorma(QStringLiteral("IEC"), QStringLiteral("IEC")), 0);
+        QVERIFY2(tree.ok(), qPrintable(tree.error));
+        QStringList lines;
+        CoreTest::describeTree(tree.roots, 0, lines);
+        QCOMPARE(lines, (QStringList{
+                            "F 9100 1=Lamps",
+                            "  C 200 3=Lampada",
+                            "F 9000 1=Motors,3=Motores",
+                            "  C 100 1=Three-phase motor,3=Motor trifasico",
+                            "C 300 1=Orphan",
+                        }));
+        QCOMPARE(tree.roots.at(1)->children().front()->parent(), tree.roots.at(1).get());
+
+        const CEPastaTree other =
+            palette.carga(CENorma(QStringLiteral("JIS"), QStringLiteral("JIS")), 0);
+        QVERIFY(!other.ok());
+        QVERIFY(other.roots.empty());
+        QVERIFY2(other.error.endsWith(QStringLiteral(": the standard \"JIS\" has no components")),
+                 qPrintable(other.error));
     }
 
     void languageFromTheSettings()
