@@ -11,6 +11,25 @@ bool isBlank(QChar c)
     return c == QLatin1Char(' ') || c == QLatin1Char('\t');
 }
 
+// Windows-1252 bytes 0x80-0x9F and the characters they stand for (the rest of 0xA0-0xFF is
+// Latin-1).
+constexpr char16_t windows1252High[32] = {
+    0x20AC, 0,      0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
+    0x2039, 0x0152, 0,      0x017D, 0,      0,      0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
+    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0,      0x017E, 0x0178};
+
+// The Windows-1252 byte of a character, or 0 when the code page has none for it.
+char windows1252Byte(char16_t unit)
+{
+    if ((unit >= 0x20 && unit <= 0x7e) || (unit >= 0xa0 && unit <= 0xff))
+        return char(unit);
+    for (int i = 0; i < 32; ++i) {
+        if (windows1252High[i] == unit && unit != 0)
+            return char(0x80 + i);
+    }
+    return 0;
+}
+
 QByteArray escape(char16_t unit)
 {
     return QByteArrayLiteral("\\U+") +
@@ -25,10 +44,11 @@ QByteArrayList encodeTokens(const QString& text, bool escapeBlanks)
     for (qsizetype i = 0; i < text.size(); ++i) {
         const char16_t unit = text.at(i).unicode();
         const bool startsEscape = unit == u'\\' && text.mid(i + 1, 2) == QLatin1String("U+");
-        if (unit < 0x20 || unit > 0x7e || startsEscape || (escapeBlanks && unit == u' '))
+        const char byte = windows1252Byte(unit);
+        if (byte == 0 || startsEscape || (escapeBlanks && unit == u' '))
             tokens.append(escape(unit));
         else
-            tokens.append(QByteArray(1, char(unit)));
+            tokens.append(QByteArray(1, byte));
     }
     return tokens;
 }

@@ -12,9 +12,10 @@ namespace RefHost {
 // named by $DWGCODEPAGE (Windows-1252 when it is missing or unknown). In both, "\U+XXXX"
 // escapes stand for single UTF-16 code units.
 //
-// Writing (the R2000 files of the reference host): plain ASCII. Every character outside
-// printable ASCII, leading and trailing blanks (which DXF readers strip) and a backslash that
-// would otherwise read as the start of an escape are written as "\U+XXXX".
+// Writing (the R2000 files of the reference host, $DWGCODEPAGE ANSI_1252): Windows-1252 bytes.
+// Characters that code page lacks, control characters, leading and trailing blanks (which DXF
+// readers strip) and a backslash that would otherwise read as the start of an escape are
+// written as "\U+XXXX", as AutoCAD does.
 class DxfTextCodec
 {
 public:

@@ -3,4 +3,7 @@ if(TARGET kvref_dxf)
     kv_add_test(tst_dxf_roundtrip
         SOURCES tst_dxf_roundtrip.cpp tst_dxf_samples.h tst_dxf_compare.h
         LIBS kvref_dxf)
+    kv_add_test(tst_dxf_blockreader SOURCES tst_dxf_blockreader.cpp LIBS kvref_dxf)
+    # Runs tests/refhost/scripts/check_dxf.py with /usr/bin/python3 and ezdxf.
+    kv_add_test(tst_dxf_ezdxf SOURCES tst_dxf_ezdxf.cpp tst_dxf_samples.h LIBS kvref_dxf TIMEOUT 300)
 endif()

@@ -53,17 +53,22 @@ private slots:
         QCOMPARE(readAll(second), a);
     }
 
-    void writtenFileIsAsciiR2000()
+    void writtenFileIsR2000InWindows1252()
     {
         QString error;
         const QByteArray text = DxfDrawingWriter::toDxf(DxfSamples::richDrawing(), &error);
         QCOMPARE(error, QString());
         QVERIFY(text.contains("$ACADVER\n  1\nAC1015\n"));
+        QVERIFY(text.contains("$DWGCODEPAGE\n  3\nANSI_1252\n"));
         QVERIFY(text.endsWith("  0\nEOF\n"));
         for (char c : text)
-            QVERIFY2(c == '\n' || (c >= 0x20 && c < 0x7f), "the R2000 file must be plain ASCII");
-        // Non-ASCII text travels as escapes.
-        QVERIFY(text.contains("Contator a\\U+00E7\\U+00E3o \\U+2126 \\U+00E9"));
+            QVERIFY2(c == '\n' || static_cast<unsigned char>(c) >= 0x20,
+                     "no control characters but line ends");
+        // Characters of the code page are its bytes; the others, and blanks at the ends of a
+        // value, travel as AutoCAD's escapes.
+        QVERIFY(text.contains("Contator a\xE7\xE3o \\U+2126 \xE9"));
+        QVERIFY(text.contains("\\U+0020\\U+0020-K2\\U+0020\n"));
+        QVERIFY(text.contains("literal \\U+005CU+0041, caret ^J"));
         // The handle seed lies above every handle used.
         const qsizetype at = text.indexOf("$HANDSEED\n  5\n");
         QVERIFY(at >= 0);
@@ -170,7 +175,8 @@ private slots:
             drawing.groups()[1].pages.append(Page{QString(), QStringLiteral("forca$1"), false});
             break;
         case 4:
-            drawing.references()[0].attributes[0].value = QString(400, QChar(0x00e7));
+            drawing.references()[0].attributes[0].value =
+                QString(400, QChar(0x2126)); // 7 bytes each once escaped
             break;
         case 5:
             drawing.blocks().insert(QStringLiteral("lamp"), BlockDefinition());
