@@ -16,7 +16,7 @@ class CIListViewPropriedade;
 // The item editor: the field values of one item of the insertion list, for a new item ("Add
 // item") or for the item selected in the tree ("Edit item"). The fields are the field rows of
 // the settings file. "Ok" writes the item into the tree given with SetTree (see ItemEditorForm)
-// and keeps the answer for result().
+// and keeps the answer for editorResult().
 class IAdicionaItem final : public CIResizableDialog
 {
     Q_OBJECT
@@ -36,7 +36,7 @@ public:
 
     bool editMode() const { return m_editMode; }
     // The answer of the last "Ok".
-    const ItemEditorResult& result() const { return m_result; }
+    const ItemEditorResult& editorResult() const { return m_result; }
     ListView::CIListViewPropriedade* fieldList() const { return m_list; }
 
 protected:
