@@ -305,12 +305,10 @@ void tst_Loader::loadExample()
     QVERIFY(scratch.rowCount(QStringLiteral("BDKV")) >= 30);
 
     // The indexes are in the database's catalogue, not only in the loader's report.
-    QStringList expected = {QStringLiteral("kv_bdkv_key_standard"),
-                            QStringLiteral("kv_bdmenus_lang_key"),
-                            QStringLiteral("kv_bdmenus_lang_parent"),
-                            QStringLiteral("kv_custom_properties_item_key"),
-                            QStringLiteral("kv_custom_properties_tag_value"),
-                            QStringLiteral("kv_bdvincl_key_a")};
+    QStringList expected = {
+        QStringLiteral("kv_bdkv_key_standard"), QStringLiteral("kv_bdmenus_lang_key"),
+        QStringLiteral("kv_custom_properties_item_key"),
+        QStringLiteral("kv_custom_properties_tag_value"), QStringLiteral("kv_bdvincl_key_a")};
     if (postgres)
         expected.append(QStringLiteral("kv_custom_properties_value_trgm"));
     QCOMPARE(result.createdIndexes, expected);
@@ -333,7 +331,7 @@ void tst_Loader::loadExample()
         QVERIFY(query.exec(QStringLiteral("SELECT COUNT(*) FROM sqlite_stat1 WHERE idx LIKE "
                                           "'kv_%'")));
         QVERIFY(query.next());
-        QCOMPARE(query.value(0).toInt(), 6);
+        QCOMPARE(query.value(0).toInt(), 5);
     }
 }
 
@@ -382,13 +380,22 @@ void tst_Loader::indexesServeTheModuleStatements_data()
          {QStringLiteral("kv_bdvincl_key_a")},
          QStringLiteral("SELECT VL_KEY_B FROM BDVINCL WHERE VL_KEY_A = '1603'"),
          2},
-        {"palette folder",
-         QStringLiteral("SELECT MENU_KEY, MENU_DESCR FROM BDMENUS WHERE MENU_KEY_LANG = :lang AND "
-                        "MENU_PARENT = '9210' ORDER BY MENU_ORDER"),
-         {{QStringLiteral(":lang"), QStringLiteral("2")}},
-         {QStringLiteral("kv_bdmenus_lang_parent")},
-         QStringLiteral("SELECT KV_KEY FROM BDKV WHERE KV_DWG = 'CONTACTOR_3P'"),
-         4},
+        {"property value of a component",
+         QStringLiteral("SELECT VALUE FROM CUSTOM_PROPERTIES WHERE RTRIM(LTRIM(ITEM_KEY)) = :key "
+                        "AND UPPER(RTRIM(LTRIM(TAG))) = :tag AND ITEM_TYPE IN (0,1,2)"),
+         {{QStringLiteral(":key"), QStringLiteral("1603")},
+          {QStringLiteral(":tag"), QStringLiteral("GAP_AFTER")}},
+         {QStringLiteral("kv_custom_properties_item_key")},
+         QStringLiteral("SELECT VALUE FROM CUSTOM_PROPERTIES WHERE ITEM_KEY = '1603' AND "
+                        "TAG = 'GAP_AFTER'"),
+         1},
+        {"block name of a component",
+         QStringLiteral("SELECT KV_DWG FROM BDKV WHERE KV_KEY = :key AND KV_KEY_NOR = :standard"),
+         {{QStringLiteral(":key"), QStringLiteral("1503")},
+          {QStringLiteral(":standard"), QStringLiteral("IEC")}},
+         {QStringLiteral("kv_bdkv_key_standard")},
+         QStringLiteral("SELECT KV_DWG FROM BDKV WHERE KV_DWG = 'TERMINAL_PE'"),
+         1},
     };
     for (bool postgres : {false, true}) {
         for (const Case& c : cases) {
