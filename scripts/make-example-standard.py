@@ -18,7 +18,8 @@ BLOCKS_DIR = os.path.join(TOP, "examples", "network", "DADOS", "IEC", "BLOCOS")
 STANDARD = "IEC"
 
 # Distances in drawing units (mm) added before and after a symbol when symbols are laid out along
-# a row: the left part of the symbol must fit in GAP_BEFORE, its right part in GAP_AFTER.
+# a row: the left part of the symbol and its device tag (written right-aligned left of the
+# symbol) must fit in GAP_BEFORE, its right part in GAP_AFTER.
 BLOCK_GAPS = {
     "MCB_1P": (15, 5),
     "MCB_3P": (15, 25),
@@ -28,16 +29,16 @@ BLOCK_GAPS = {
     "AUX_NC": (10, 8),
     "AUX_1NO1NC": (10, 18),
     "RELAY_COIL": (10, 10),
-    "TERMINAL": (5, 5),
-    "TERMINAL_PE": (5, 12),
-    "TERMINAL_FUSE": (5, 5),
+    "TERMINAL": (8, 7),
+    "TERMINAL_PE": (8, 12),
+    "TERMINAL_FUSE": (8, 7),
     "MOTOR_3PH": (10, 30),
-    "PB_NO": (15, 5),
-    "PB_NC": (15, 8),
-    "PB_ESTOP": (15, 8),
+    "PB_NO": (20, 5),
+    "PB_NC": (20, 8),
+    "PB_ESTOP": (20, 8),
     "LAMP": (10, 10),
-    "SELECTOR_2POS": (15, 5),
-    "SELECTOR_3POS": (15, 15),
+    "SELECTOR_2POS": (20, 5),
+    "SELECTOR_3POS": (20, 15),
     "PSU": (10, 25),
 }
 
