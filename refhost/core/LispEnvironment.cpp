@@ -11,6 +11,7 @@ const QString kPageListVariable = QStringLiteral("*L_PAGINAS*");
 const QString kNetworkDirVariable = QStringLiteral("*DIRETORIO_REDE*");
 const QString kStandardVariable = QStringLiteral("*NORMA_UTILIZADA*");
 const QString kBlockNameVariable = QStringLiteral("KV_DWG");
+const QString kKeyVariable = QStringLiteral("KV_KEY");
 const QString kAttributesVariable = QStringLiteral("PBLLSTREGCAUTO");
 const QString kAssociatedVariable = QStringLiteral("PBLLSTVINCAUTO");
 const QString kPageNumberTag = QStringLiteral("PAGE_NUMBER");
@@ -246,7 +247,10 @@ bool LispEnvironment::updateMacros(const QString&, const LispChain& args)
 }
 
 // Arguments: the component key (integer), the insertion point, optionally the rotation in
-// radians as text. The block is the one named by "KV_DWG", from the standard's block folder.
+// radians as text. The run publishes the component it places ("KV_KEY", "KV_DWG" and the
+// attribute lists) before the call; for that key the published block name and lists are used.
+// Any other key (the run's per-page components) takes its block name from the database and
+// keeps its attributes' defaults.
 bool LispEnvironment::insertComponent(const QString& name, const LispChain& args)
 {
     const std::optional<qint64> key = integerArgument(args, 0);
@@ -257,27 +261,38 @@ bool LispEnvironment::insertComponent(const QString& name, const LispChain& args
     if (const std::optional<QString> rotation = textArgument(args, 2))
         rotationDegrees = KVString(*rotation).toDoubleLenient() * 180.0 / std::numbers::pi;
 
-    const QString blockName = m_cad.getVarStr(kBlockNameVariable, {}).trimmed();
+    const QString keyText = QString::number(*key);
+    const QString standard = m_cad.getVarStr(kStandardVariable, {});
+    const KVString publishedKey = m_cad.getVarStr(kKeyVariable, {}).trimmed();
+    const bool published = !publishedKey.isEmpty() && publishedKey.toIntLenient() == *key;
+    QString blockName;
+    if (published)
+        blockName = m_cad.getVarStr(kBlockNameVariable, {}).trimmed();
+    else if (m_blockNameLookup)
+        blockName = m_blockNameLookup(keyText, standard).trimmed();
     if (blockName.isEmpty())
-        return fail(name, QStringLiteral("component %1 has no block name (%2 is empty)")
-                              .arg(*key)
-                              .arg(kBlockNameVariable));
+        return fail(name, published ? QStringLiteral("component %1 has no block name (%2 is empty)")
+                                          .arg(keyText, kBlockNameVariable)
+                                    : QStringLiteral("component %1 has no block name in standard "
+                                                     "\"%2\"")
+                                          .arg(keyText, standard));
     const QString path = m_cad.getVarStr(kNetworkDirVariable, {}) + QStringLiteral("DADOS/") +
-                         m_cad.getVarStr(kStandardVariable, {}) + QStringLiteral("/BLOCOS/") +
-                         blockName + QStringLiteral(".dwg");
+                         standard + QStringLiteral("/BLOCOS/") + blockName + QStringLiteral(".dwg");
     const BlockPlacement placement = m_cad.placeBlock(
         path, blockName, m_drawing.currentLayer(), point->x, point->y, point->z, rotationDegrees);
     if (!placement.succeeded())
         return fail(name, placement.error);
 
     BlockReference& reference = m_drawing.references()[placement.referenceIndex];
+    reference.componentKey = keyText;
+    if (!published)
+        return true;
     const QStringList values = listVariable(kAttributesVariable);
     for (AttributeValue& attribute : reference.attributes) {
         if (const std::optional<QString> value = valueForTag(values, attribute.tag))
             attribute.value = *value;
     }
     reference.associated = listVariable(kAssociatedVariable);
-    reference.componentKey = QString::number(*key);
     return true;
 }
 

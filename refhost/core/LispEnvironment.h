@@ -9,6 +9,8 @@
 
 #include <QMap>
 
+#include <functional>
+
 namespace RefHost {
 
 // The drawing language of the reference host: the few drawing-side functions the insertion
@@ -25,6 +27,11 @@ public:
     std::optional<LispChain> variable(const KVString& name) override;
     // Writes the text on the output stream as it is.
     void print(const KVString& text) override;
+
+    // Answers the block name of a component key in a standard (empty when unknown).
+    using BlockNameLookup = std::function<QString(const QString& key, const QString& standard)>;
+    // How "inserirAuto" finds the block of a component other than the published one.
+    void setBlockNameLookup(BlockNameLookup lookup) { m_blockNameLookup = std::move(lookup); }
 
     void setVariable(const QString& name, const LispChain& value);
     // The names of the functions this environment knows, as they are spelled.
@@ -59,6 +66,7 @@ private:
     UndoHistory& m_undo;
     Console& m_console;
     QMap<QString, Entry> m_functions; // by upper-case name
+    BlockNameLookup m_blockNameLookup;
 };
 
 } // namespace RefHost

@@ -94,6 +94,11 @@ ReferenceHost::Created ReferenceHost::create(HostOptions options)
     host->m_system = std::make_unique<HeadlessSystemServices>(*host->m_console, options.tempFolder);
     host->m_system->setFileDialogAnswers(options.fileDialogAnswers);
     host->m_document = std::make_unique<HeadlessDocument>(*host->m_console);
+    ElectricalServices* electrical = host->m_electrical.get();
+    host->m_language->setBlockNameLookup(
+        [electrical](const QString& key, const QString& standard) -> QString {
+            return electrical->GetComponentBlockName(key, standard);
+        });
     host->m_palette =
         std::make_unique<StandardPalette>(host->m_electrical->connection(), settings.standard);
 

@@ -203,7 +203,11 @@ private slots:
         ReferenceHost::Created created = ReferenceHost::create(options());
         QVERIFY2(created.host, qPrintable(created.error));
         ScopedHostBinding bound(created.host->binding());
+        QVERIFY(
+            CoreTest::writeBlockDxf(m_dir->path() + QStringLiteral("/Net/DADOS/IEC/BLOCOS/L1.dxf"),
+                                    {{QStringLiteral("TAG"), QStringLiteral("H?")}}));
         // What the run does for one symbol: publish, check the block file, insert.
+        CICad::SetVarStr(QStringLiteral("KV_KEY"), QStringLiteral("100"));
         CICad::SetVarStr(QStringLiteral("KV_DWG"), QStringLiteral("M1"));
         CICad::SetVarLstStr(QStringLiteral("PBLLSTREGCAUTO"),
                             KVStringList{QStringLiteral("TAG"), QStringLiteral("-M1")});
@@ -216,6 +220,15 @@ private slots:
         QCOMPARE(refs.size(), 1);
         QCOMPARE(refs.first().attributes.first().value, QStringLiteral("-M1"));
         QCOMPARE(refs.first().layer, QStringLiteral("PAGE$1"));
+
+        // A per-page component is not published: its block comes from the database.
+        kvInvokeTyped({LispItem::fromText(QStringLiteral("inserirAuto")),
+                       LispItem::fromInteger(200), LispItem::fromPoint({50, 6, 0}),
+                       LispItem::fromText(QStringLiteral("0.0"))});
+        QVERIFY2(m_err.data().isEmpty(), m_err.data().constData());
+        QCOMPARE(refs.size(), 2);
+        QCOMPARE(refs.last().blockName, QStringLiteral("L1"));
+        QCOMPARE(refs.last().attributes.first().value, QStringLiteral("H?"));
     }
 
     void givenDrawingIsUsed()

@@ -199,6 +199,7 @@ private slots:
 
     void insertComponentWithItsAttributes()
     {
+        m_cad->setVarStr(QStringLiteral("KV_KEY"), QStringLiteral("100"));
         m_cad->setVarStr(QStringLiteral("KV_DWG"), QStringLiteral(" M1 "));
         m_cad->setVarLstStr(QStringLiteral("PBLLSTREGCAUTO"),
                             KVStringList{QStringLiteral("KV_KEY"), QStringLiteral("100"),
@@ -231,6 +232,7 @@ private slots:
 
     void insertComponentWithoutRotationFromTextArguments()
     {
+        m_cad->setVarStr(QStringLiteral("KV_KEY"), QStringLiteral("7"));
         m_cad->setVarStr(QStringLiteral("KV_DWG"), QStringLiteral("m1"));
         m_lisp->invokeVoid(KVStringList{QStringLiteral("inserirauto"), QStringLiteral("7"),
                                         QStringLiteral("1,2")});
@@ -263,6 +265,7 @@ private slots:
         QFETCH(QString, blockName);
         QFETCH(bool, withPoint);
         QFETCH(QString, message);
+        m_cad->setVarStr(QStringLiteral("KV_KEY"), QStringLiteral("100"));
         m_cad->setVarStr(QStringLiteral("KV_DWG"), blockName);
         LispChain call = {LispItem::fromText(QStringLiteral("inserirAuto")),
                           LispItem::fromInteger(100)};
@@ -277,6 +280,40 @@ private slots:
                      err.count(QLatin1Char('\n')) == 1,
                  qPrintable(err));
         QVERIFY(m_out.data().isEmpty());
+    }
+
+    void componentThatIsNotPublishedTakesItsBlockFromTheLookup()
+    {
+        // The published component is 100 with block M1 and its attribute values; the run's
+        // per-page component 1503 is placed without being published.
+        m_cad->setVarStr(QStringLiteral("KV_KEY"), QStringLiteral("100"));
+        m_cad->setVarStr(QStringLiteral("KV_DWG"), QStringLiteral("NOT_THIS"));
+        m_cad->setVarLstStr(QStringLiteral("PBLLSTREGCAUTO"),
+                            KVStringList{QStringLiteral("TAG"), QStringLiteral("-M1")});
+        m_cad->setVarLstStr(QStringLiteral("PBLLSTVINCAUTO"),
+                            KVStringList{QStringLiteral("2"), QStringLiteral("500")});
+        QStringList asked;
+        m_lisp->setBlockNameLookup([&asked](const QString& key, const QString& standard) {
+            asked.append(key + QLatin1Char('/') + standard);
+            return key == u"1503" ? QStringLiteral(" M1 ") : QString();
+        });
+        m_lisp->invokeTyped({LispItem::fromText(QStringLiteral("inserirAuto")),
+                             LispItem::fromInteger(1503), LispItem::fromPoint({395, 200, 0}),
+                             LispItem::fromText(QStringLiteral("0.00000000"))});
+        QVERIFY2(m_err.data().isEmpty(), m_err.data().constData());
+        QCOMPARE(asked, QStringList{QStringLiteral("1503/IEC")});
+        const BlockReference& reference = m_drawing.references().first();
+        QCOMPARE(reference.blockName, QStringLiteral("M1"));
+        QCOMPARE(reference.componentKey, QStringLiteral("1503"));
+        QCOMPARE(reference.attributes.at(0).value, QStringLiteral("M?")); // defaults kept
+        QVERIFY(reference.associated.isEmpty());
+
+        m_lisp->invokeTyped({LispItem::fromText(QStringLiteral("inserirAuto")),
+                             LispItem::fromInteger(1504), LispItem::fromPoint({0, 0, 0})});
+        QCOMPARE(QString::fromUtf8(m_err.data()),
+                 QStringLiteral("error: inserirAuto: component 1504 has no block name in "
+                                "standard \"IEC\"\n"));
+        QCOMPARE(m_drawing.references().size(), 1);
     }
 
     void unknownFunctionOnlyReportsIt()

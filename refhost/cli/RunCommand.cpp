@@ -1,0 +1,236 @@
+// The "run" verb: builds the insertion job from a settings file and an item tree, runs it in the
+// reference host on a drawing (a DXF file, or a new drawing with page PAGE$1), and writes the
+// drawing as DXF and, when asked, one picture per page.
+#include "CliCommand.h"
+
+#include "DxfDrawingReader.h"
+#include "DxfDrawingWriter.h"
+#include "ReferenceHost.h"
+
+#include "engine/CEInsAutoJobBuilder.h"
+#include "engine/CInsAutoLogic.h"
+#include "host/HostBinding.h"
+#include "maindialog/CTVNodesUtil.h"
+#include "maindialog/ItemTreeJson.h"
+#include "settings/SettingsEncoding.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <optional>
+
+namespace {
+
+const QString kUsage = QStringLiteral(
+    "run --settings S.cfa --tree T.json --database DB --standard NAME --network-dir DIR "
+    "[--drawing IN.dxf] --out OUT.dxf [--pages DIR] [--trace FILE] [--language N]");
+
+struct RunArguments
+{
+    QString settings;
+    QString tree;
+    QString database;
+    QString standard;
+    QString networkDir;
+    QString drawing;
+    QString out;
+    QString pages;
+    QString trace;
+    QString language;
+};
+
+// The value options of the verb and where each goes; the first five and --out are required.
+struct Option
+{
+    const char* name;
+    QString RunArguments::*member;
+    bool required;
+};
+
+const Option kOptions[] = {
+    {"--settings", &RunArguments::settings, true},
+    {"--tree", &RunArguments::tree, true},
+    {"--database", &RunArguments::database, true},
+    {"--standard", &RunArguments::standard, true},
+    {"--network-dir", &RunArguments::networkDir, true},
+    {"--drawing", &RunArguments::drawing, false},
+    {"--out", &RunArguments::out, true},
+    {"--pages", &RunArguments::pages, false},
+    {"--trace", &RunArguments::trace, false},
+    {"--language", &RunArguments::language, false},
+};
+
+// Empty when `path` names a readable file; otherwise the problem, naming the file.
+QString checkReadable(const QString& path)
+{
+    const QFileInfo info(path);
+    if (!info.exists())
+        return path + QStringLiteral(": no such file");
+    if (info.isDir())
+        return path + QStringLiteral(": is a folder, not a file");
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return path + QStringLiteral(": cannot be read: ") + file.errorString();
+    return {};
+}
+
+// Empty when a file can be written at `path` (its folder exists and it is not a folder).
+QString checkWritable(const QString& path)
+{
+    const QFileInfo info(path);
+    if (info.isDir())
+        return path + QStringLiteral(": is a folder, not a file");
+    const QFileInfo folder(info.absolutePath());
+    if (!folder.isDir())
+        return path + QStringLiteral(": the folder %1 does not exist").arg(folder.filePath());
+    return {};
+}
+
+// The arguments, or the problem with them.
+std::optional<RunArguments> parseArguments(const QStringList& args, QString* problem)
+{
+    RunArguments parsed;
+    for (qsizetype i = 0; i < args.size(); ++i) {
+        const QString& arg = args.at(i);
+        const Option* option = nullptr;
+        for (const Option& candidate : kOptions) {
+            if (arg == QLatin1String(candidate.name))
+                option = &candidate;
+        }
+        if (!option) {
+            *problem = QStringLiteral("unknown argument %1").arg(arg);
+            return std::nullopt;
+        }
+        if (i + 1 >= args.size()) {
+            *problem = arg + QStringLiteral(" needs a value");
+            return std::nullopt;
+        }
+        parsed.*(option->member) = args.at(++i);
+    }
+    for (const Option& option : kOptions) {
+        if (option.required && (parsed.*(option.member)).isEmpty()) {
+            *problem = QStringLiteral("%1 is required").arg(QLatin1String(option.name));
+            return std::nullopt;
+        }
+    }
+    return parsed;
+}
+
+// Everything about the files that can be checked before anything is read or written; the
+// problem, or empty.
+QString checkFiles(const RunArguments& run)
+{
+    QString problem;
+    if (!SettingsEncoding::fromEnvironment(&problem))
+        return QStringLiteral("environment: ") + problem;
+    QStringList readable = {run.settings, run.tree};
+    if (!run.drawing.isEmpty())
+        readable.append(run.drawing);
+    for (const QString& path : std::as_const(readable)) {
+        if (QString unreadable = checkReadable(path); !unreadable.isEmpty())
+            return unreadable;
+    }
+    if (!QFileInfo(run.networkDir).isDir())
+        return run.networkDir + QStringLiteral(": network folder not found");
+    QStringList written = {run.out};
+    if (!run.trace.isEmpty())
+        written.append(run.trace);
+    for (const QString& path : std::as_const(written)) {
+        if (QString unwritable = checkWritable(path); !unwritable.isEmpty())
+            return unwritable;
+    }
+    if (!run.pages.isEmpty() && QFileInfo::exists(run.pages) && !QFileInfo(run.pages).isDir())
+        return run.pages + QStringLiteral(": is a file, not a folder");
+    for (const QString& path : {run.trace, run.pages}) {
+        if (!path.isEmpty() &&
+            QFileInfo(path).absoluteFilePath() == QFileInfo(run.out).absoluteFilePath())
+            return path + QStringLiteral(": the same path as --out");
+    }
+    return {};
+}
+
+// What a run needs: the job and the host holding the drawing.
+struct PreparedRun
+{
+    CEInsAutoJob job;
+    std::unique_ptr<RefHost::ReferenceHost> host;
+};
+
+// Reads the inputs in the order a person would fix them; the problem, or empty.
+QString prepare(const RunArguments& run, PreparedRun& prepared)
+{
+    if (QString problem = checkFiles(run); !problem.isEmpty())
+        return problem;
+
+    CTVNodesUtil tree;
+    if (const ItemTreeJson::ReadResult read = ItemTreeJson::read(run.tree, tree); !read.ok())
+        return read.error;
+    CEInsAutoJobBuildResult built = CEInsAutoJobBuilder::build(run.settings, tree);
+    if (!built.ok())
+        return built.errors.join(QStringLiteral("; "));
+    prepared.job = std::move(built.job);
+
+    RefHost::HostOptions options;
+    if (!run.drawing.isEmpty()) {
+        RefHost::DxfDrawingReader::Result read = RefHost::DxfDrawingReader::read(run.drawing);
+        if (!read.drawing)
+            return read.error;
+        options.drawing = std::move(read.drawing);
+    }
+    options.database = run.database;
+    options.standard = run.standard;
+    options.networkDir = run.networkDir;
+    options.language = run.language;
+    // The trace file is the last thing opened, so bad input never leaves one behind.
+    options.traceFile = run.trace;
+    RefHost::ReferenceHost::Created created = RefHost::ReferenceHost::create(std::move(options));
+    if (!created.host)
+        return created.error;
+    prepared.host = std::move(created.host);
+    return {};
+}
+
+int runJob(const QStringList& args, QTextStream& out, QTextStream& err)
+{
+    if (args.contains(QStringLiteral("--help")) || args.contains(QStringLiteral("-h"))) {
+        out << "usage: kvinsertauto " << kUsage << "\n";
+        return kExitOk;
+    }
+    QString problem;
+    const std::optional<RunArguments> run = parseArguments(args, &problem);
+    if (!run) {
+        err << "kvinsertauto run: " << problem << "\n"
+            << "usage: kvinsertauto " << kUsage << "\n";
+        return kExitBadInput;
+    }
+    PreparedRun prepared;
+    if (problem = prepare(*run, prepared); !problem.isEmpty()) {
+        err << "kvinsertauto run: " << problem << "\n";
+        return kExitBadInput;
+    }
+
+    // The module and the host write to the same descriptors from here on.
+    out.flush();
+    err.flush();
+    {
+        ScopedHostBinding bound(prepared.host->binding());
+        CInsAutoLogic engine;
+        engine.Executar(prepared.job);
+    }
+    // The module's last text on the command line has no line end of its own.
+    prepared.host->console().print(QStringLiteral("\n"));
+
+    const RefHost::Drawing& drawing = prepared.host->drawing();
+    if (problem = RefHost::DxfDrawingWriter::write(drawing, run->out); !problem.isEmpty()) {
+        err << "kvinsertauto run: " << problem << "\n";
+        return kExitFailure;
+    }
+    out << "Wrote " << run->out << ": " << drawing.pageLayers().size() << " pages, "
+        << drawing.references().size() << " block references\n";
+    return kExitOk;
+}
+
+const CliCommandRegistration registration(CliCommand{QStringLiteral("run"), kUsage, runJob});
+
+} // namespace
