@@ -36,10 +36,17 @@ constexpr int kInner = 11;
 constexpr int kButtonWidth = 50;
 constexpr int kButtonHeight = 14;
 constexpr int kButtonGap = 4;
-constexpr int kLabelWidth = 48;
-constexpr int kEditWidth = 64;
-constexpr int kColumnStep = 118;
 constexpr int kEditHeight = 12;
+
+// The three columns of the "Spacing" group: where each starts, its label width and its box
+// width. The last column holds the two lists, whose entries are the longest texts.
+struct SpacingColumn
+{
+    int x;
+    int labelWidth;
+    int boxWidth;
+};
+constexpr SpacingColumn kSpacingColumns[] = {{11, 46, 56}, {123, 38, 56}, {227, 44, 86}};
 
 template <typename T> T* named(T* widget, const char* id)
 {
@@ -158,10 +165,10 @@ void CIConfigAuto::layoutControls()
     const int spacingTop = 120;
     placeControl(m_spacingGroup, kMargin, spacingTop, kWidth - 2 * kMargin, 62);
     const auto placePair = [&](QLabel* label, QWidget* box, int column, int line) {
-        const int x = kInner + column * kColumnStep;
+        const SpacingColumn& at = kSpacingColumns[column];
         const int y = spacingTop + 14 + line * 16;
-        placeControl(label, x, y + 2, kLabelWidth, 8);
-        placeControl(box, x + kLabelWidth + 2, y, kEditWidth, kEditHeight);
+        placeControl(label, at.x, y + 2, at.labelWidth, 8);
+        placeControl(box, at.x + at.labelWidth + 2, y, at.boxWidth, kEditHeight);
     };
     placePair(m_previousLabel, m_previous, 0, 0);
     placePair(m_nextLabel, m_next, 1, 0);
