@@ -5,6 +5,7 @@
 
 #include "DxfDrawingReader.h"
 #include "DxfDrawingWriter.h"
+#include "PagePicture.h"
 #include "ReferenceHost.h"
 
 #include "engine/CEInsAutoJobBuilder.h"
@@ -150,6 +151,34 @@ QString checkFiles(const RunArguments& run)
     return {};
 }
 
+// The picture file of a page: the layer name with "$" written as "-" and characters that do not
+// belong in file names as "_" ("PAGE$2" gives "PAGE-2.png").
+QString pictureFileName(const QString& layer)
+{
+    QString name = layer;
+    name.replace(QLatin1Char('$'), QLatin1Char('-'));
+    for (QChar& c : name) {
+        if (c == u'/' || c == u'\\' || c == u':' || c == u'*' || c == u'?' || c == u'"' ||
+            c == u'<' || c == u'>' || c == u'|' || c.unicode() < 32)
+            c = QLatin1Char('_');
+    }
+    return name + QStringLiteral(".png");
+}
+
+// Writes one picture per page into `folder` (created when missing); the problem, or empty.
+QString writePictures(const RefHost::Drawing& drawing, const QString& folder)
+{
+    if (!QDir().mkpath(folder))
+        return folder + QStringLiteral(": the folder cannot be created");
+    for (const QString& layer : drawing.pageLayers()) {
+        const QString path = QDir(folder).filePath(pictureFileName(layer));
+        if (QString problem = RefHost::PagePicture::render(drawing, layer, path);
+            !problem.isEmpty())
+            return problem;
+    }
+    return {};
+}
+
 // What a run needs: the job and the host holding the drawing.
 struct PreparedRun
 {
@@ -228,6 +257,14 @@ int runJob(const QStringList& args, QTextStream& out, QTextStream& err)
     }
     out << "Wrote " << run->out << ": " << drawing.pageLayers().size() << " pages, "
         << drawing.references().size() << " block references\n";
+    if (!run->pages.isEmpty()) {
+        if (problem = writePictures(drawing, run->pages); !problem.isEmpty()) {
+            err << "kvinsertauto run: " << problem << "\n";
+            return kExitFailure;
+        }
+        out << "Wrote " << drawing.pageLayers().size() << " page pictures to " << run->pages
+            << "\n";
+    }
     return kExitOk;
 }
 

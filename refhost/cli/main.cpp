@@ -1,6 +1,9 @@
 #include "CliCommand.h"
 
-#include <QCoreApplication>
+#include <QGuiApplication>
+
+#include <cstring>
+#include <memory>
 
 namespace {
 
@@ -17,6 +20,15 @@ void printUsage(QTextStream& out)
         out << "  " << command.usage << "\n";
 }
 
+bool drawsPictures(int argc, char** argv)
+{
+    for (int i = 1; i < argc; ++i) {
+        if (std::strcmp(argv[i], "--pages") == 0)
+            return true;
+    }
+    return false;
+}
+
 } // namespace
 
 CliCommandRegistration::CliCommandRegistration(CliCommand command)
@@ -31,7 +43,17 @@ const QList<CliCommand>& registeredCliCommands()
 
 int main(int argc, char** argv)
 {
-    QCoreApplication app(argc, argv);
+    // Page pictures ("run --pages") draw text, which needs the GUI application's fonts; the
+    // other verbs keep the plain core application. No window is ever opened, so without a
+    // platform named the offscreen one is used and no display is needed.
+    std::unique_ptr<QCoreApplication> app;
+    if (drawsPictures(argc, argv)) {
+        if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+            qputenv("QT_QPA_PLATFORM", "offscreen");
+        app = std::make_unique<QGuiApplication>(argc, argv);
+    } else {
+        app = std::make_unique<QCoreApplication>(argc, argv);
+    }
     QCoreApplication::setApplicationName(QStringLiteral("kvinsertauto"));
     QTextStream out(stdout);
     QTextStream err(stderr);
