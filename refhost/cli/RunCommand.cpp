@@ -229,8 +229,7 @@ int runJob(const QStringList& args, QTextStream& out, QTextStream& err)
     QString problem;
     const std::optional<RunArguments> run = parseArguments(args, &problem);
     if (!run) {
-        err << "kvinsertauto run: " << problem << "\n"
-            << "usage: kvinsertauto " << kUsage << "\n";
+        err << "kvinsertauto run: " << problem << " (see kvinsertauto --help)\n";
         return kExitBadInput;
     }
     PreparedRun prepared;

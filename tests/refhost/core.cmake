@@ -11,3 +11,9 @@ if(TARGET kvref_core)
             LIBS kvref_core Qt6::Sql)
     endforeach()
 endif()
+# The run verb of the command-line program, run as a separate process on the example standard.
+if(TARGET kvinsertauto AND TARGET kvref_dxf)
+    kv_add_test(tst_refhost_run SOURCES ${CMAKE_CURRENT_LIST_DIR}/tst_refhost_run.cpp
+        LIBS kvref_dxf)
+    add_dependencies(tst_refhost_run kvinsertauto)
+endif()
