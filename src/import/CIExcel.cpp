@@ -40,19 +40,29 @@ void CIExcel::fail(const QString& problem)
         m_error.problem = problem;
 }
 
-bool CIExcel::WorkSheetExists(const KVString& sheet) const
+int CIExcel::worksheetIndex(const KVString& sheet) const
 {
     if (!isOpen())
-        return false;
-    const int index = m_index->findSheet(sheet);
-    return index >= 0 && m_index->sheets()[index].isWorksheet;
+        return -1;
+    if (!m_lastSheetKnown || sheet != m_lastSheetName) {
+        const int index = m_index->findSheet(sheet);
+        m_lastSheetIndex = index >= 0 && m_index->sheets()[index].isWorksheet ? index : -1;
+        m_lastSheetName = sheet;
+        m_lastSheetKnown = true;
+    }
+    return m_lastSheetIndex;
+}
+
+bool CIExcel::WorkSheetExists(const KVString& sheet) const
+{
+    return worksheetIndex(sheet) >= 0;
 }
 
 SheetCursor* CIExcel::cursorFor(const KVString& sheet)
 {
-    if (!WorkSheetExists(sheet))
+    const int index = worksheetIndex(sheet);
+    if (index < 0)
         return nullptr;
-    const int index = m_index->findSheet(sheet);
     if (m_cursor && m_cursorSheet == index)
         return m_cursor.get();
     const SheetEntry& entry = m_index->sheets()[index];
@@ -105,9 +115,9 @@ int CIExcel::VerifyRowCount(const KVString& sheet)
 
 int CIExcel::GetColumnIndex(const KVString& sheet, const KVString& title, int headerRow)
 {
-    if (!isOpen())
+    const int sheetIndex = worksheetIndex(sheet);
+    if (sheetIndex < 0)
         return -1;
-    const int sheetIndex = m_index->findSheet(sheet);
     if (sheetIndex != m_headerSheet || headerRow != m_headerRow) {
         const QList<RawCell>* cells = rowCells(sheet, headerRow);
         if (!cells)
@@ -156,18 +166,14 @@ QString CIExcel::cellText(const RawCell& cell) const
         const QString day = cell.text.left(10);
         return QDate::fromString(day, Qt::ISODate).isValid() ? day : cell.text;
     }
-    case CellType::Number: {
-        bool ok = false;
-        const double number = cell.text.toDouble(&ok);
-        if (!ok)
-            return cell.text;
+    case CellType::Number:
         if (m_formats->isDateStyle(cell.style)) {
-            const QString date = CellText::formatDate(number, m_index->date1904());
+            const QString date = CellText::formatDate(cell.number, m_index->date1904());
             if (!date.isEmpty())
                 return date;
         }
-        return CellText::formatGeneral(number);
-    }
+        return CellText::formatGeneral(cell.number);
+    case CellType::NumberText:
     case CellType::InlineString:
     case CellType::FormulaString:
     case CellType::Error:

@@ -63,6 +63,9 @@ public:
     KVString GetValue(const KVString& sheet, int row, int column);
 
 private:
+    // The index of the worksheet called `sheet`, -1 when there is none. The last answer is
+    // kept: the same name is asked for with every cell.
+    int worksheetIndex(const KVString& sheet) const;
     // The cursor over `sheet`, started; null when the sheet is missing or reading failed.
     Xlsx::Internal::SheetCursor* cursorFor(const KVString& sheet);
     // The cells of one-based `rowNumber` of `sheet`; null when there are none to give.
@@ -79,6 +82,9 @@ private:
     std::unique_ptr<Xlsx::Internal::CellFormats> m_formats;
     std::unique_ptr<Xlsx::Internal::SheetCursor> m_cursor;
     int m_cursorSheet = -1;
+    mutable bool m_lastSheetKnown = false;
+    mutable QString m_lastSheetName;
+    mutable int m_lastSheetIndex = -1;
     QHash<int, int> m_rowCounts; // sheet index -> VerifyRowCount
 
     // The last header row asked for: title (trimmed) -> leftmost column.

@@ -2,6 +2,7 @@
 
 #include <QDate>
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 
@@ -13,9 +14,17 @@ constexpr int kMaxSignificantDigits = 15;
 constexpr int kLargestPositionalExponent = 14;
 constexpr int kSmallestPositionalExponent = -9;
 
-// Decimal digits and exponent of |value| in scientific notation, shortest round-trip form,
-// or rounded to `precision` digits after the first when precision >= 0.
-bool scientificDigits(double value, int precision, QByteArray* digits, int* exponent)
+// The significant digits of |value| (without trailing zeros) and the decimal exponent of the
+// first one, in the shortest form that reads back as the same number, or rounded to
+// `precision` digits after the first when precision >= 0.
+struct Digits
+{
+    char text[32];
+    int count = 0;
+    int exponent = 0;
+};
+
+bool scientificDigits(double value, int precision, Digits* digits)
 {
     char buffer[64];
     const std::to_chars_result result =
@@ -25,25 +34,22 @@ bool scientificDigits(double value, int precision, QByteArray* digits, int* expo
                             precision);
     if (result.ec != std::errc())
         return false;
-    const std::string_view text(buffer, size_t(result.ptr - buffer));
-    const size_t e = text.find('e');
-    if (e == std::string_view::npos)
+    const char* e = std::find(buffer, result.ptr, 'e');
+    if (e == result.ptr)
         return false;
-    digits->clear();
-    for (size_t i = 0; i < e; ++i) {
-        if (text[i] >= '0' && text[i] <= '9')
-            digits->append(text[i]);
+    digits->count = 0;
+    for (const char* c = buffer; c != e && digits->count < int(sizeof digits->text); ++c) {
+        if (*c >= '0' && *c <= '9')
+            digits->text[digits->count++] = *c;
     }
-    int exp = 0;
-    const char* first = text.data() + e + 1;
-    if (*first == '+')
+    const char* first = e + 1;
+    if (first != result.ptr && *first == '+')
         ++first;
-    if (std::from_chars(first, text.data() + text.size(), exp).ec != std::errc())
+    if (std::from_chars(first, result.ptr, digits->exponent).ec != std::errc())
         return false;
-    *exponent = exp;
-    while (digits->size() > 1 && digits->endsWith('0'))
-        digits->chop(1);
-    return true;
+    while (digits->count > 1 && digits->text[digits->count - 1] == '0')
+        --digits->count;
+    return digits->count > 0;
 }
 
 } // namespace
@@ -55,42 +61,52 @@ QString formatGeneral(double value)
     if (value == 0)
         return QStringLiteral("0");
     const double magnitude = std::fabs(value);
-    QByteArray digits;
-    int exponent = 0;
-    if (!scientificDigits(magnitude, -1, &digits, &exponent))
-        return QString::number(value, 'g', kMaxSignificantDigits);
-    if (digits.size() > kMaxSignificantDigits &&
-        !scientificDigits(magnitude, kMaxSignificantDigits - 1, &digits, &exponent)) {
+    Digits digits;
+    if (!scientificDigits(magnitude, -1, &digits) ||
+        (digits.count > kMaxSignificantDigits &&
+         !scientificDigits(magnitude, kMaxSignificantDigits - 1, &digits))) {
         return QString::number(value, 'g', kMaxSignificantDigits);
     }
 
-    QByteArray text;
+    // At most a sign, 15 digits, a point and 9 leading zeros, or an exponent of 3 digits.
+    char text[64];
+    int length = 0;
+    auto put = [&](char c) { text[length++] = c; };
+    auto putDigits = [&](int from, int to) {
+        for (int i = from; i < to; ++i)
+            put(digits.text[i]);
+    };
     if (value < 0)
-        text.append('-');
+        put('-');
+    const int exponent = digits.exponent;
     if (exponent > kLargestPositionalExponent || exponent < kSmallestPositionalExponent) {
-        text.append(digits[0]);
-        if (digits.size() > 1) {
-            text.append('.');
-            text.append(digits.constData() + 1, digits.size() - 1);
+        put(digits.text[0]);
+        if (digits.count > 1) {
+            put('.');
+            putDigits(1, digits.count);
         }
-        text.append(exponent < 0 ? "E-" : "E+");
+        put('E');
+        put(exponent < 0 ? '-' : '+');
         const int absExponent = std::abs(exponent);
         if (absExponent < 10)
-            text.append('0');
-        text.append(QByteArray::number(absExponent));
+            put('0');
+        length = int(std::to_chars(text + length, text + sizeof text, absExponent).ptr - text);
     } else if (exponent < 0) {
-        text.append("0.");
-        text.append(QByteArray(-exponent - 1, '0'));
-        text.append(digits);
-    } else if (digits.size() <= exponent + 1) {
-        text.append(digits);
-        text.append(QByteArray(exponent + 1 - digits.size(), '0'));
+        put('0');
+        put('.');
+        for (int i = 0; i < -exponent - 1; ++i)
+            put('0');
+        putDigits(0, digits.count);
+    } else if (digits.count <= exponent + 1) {
+        putDigits(0, digits.count);
+        for (int i = digits.count; i < exponent + 1; ++i)
+            put('0');
     } else {
-        text.append(digits.constData(), exponent + 1);
-        text.append('.');
-        text.append(digits.constData() + exponent + 1, digits.size() - exponent - 1);
+        putDigits(0, exponent + 1);
+        put('.');
+        putDigits(exponent + 1, digits.count);
     }
-    return QString::fromLatin1(text);
+    return QString::fromLatin1(text, length);
 }
 
 QString formatDate(double serial, bool date1904)
@@ -117,6 +133,30 @@ QString formatDate(double serial, bool date1904)
         date = QDate(1899, 12, day < 60 ? 31 : 30).addDays(day);
     }
     return date.toString(u"yyyy-MM-dd");
+}
+
+bool parseNumber(QStringView text, double* value)
+{
+    text = text.trimmed();
+    if (!text.isEmpty() && text.front() == u'+')
+        text = text.mid(1);
+    char buffer[64];
+    if (text.isEmpty() || text.size() > qsizetype(sizeof buffer))
+        return false;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const char16_t c = text[i].unicode();
+        if (c > 127)
+            return false;
+        buffer[i] = char(c);
+    }
+    const char* end = buffer + text.size();
+    double result = 0;
+    const std::from_chars_result parsed =
+        std::from_chars(buffer, end, result, std::chars_format::general);
+    if (parsed.ec != std::errc() || parsed.ptr != end || !std::isfinite(result))
+        return false;
+    *value = result;
+    return true;
 }
 
 bool parseCellReference(QStringView reference, int* column, int* row)

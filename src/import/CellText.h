@@ -22,6 +22,11 @@ QString formatDate(double serial, bool date1904);
 // `reference` is not one. `row` is 0 when the reference has no digits ("AB").
 bool parseCellReference(QStringView reference, int* column, int* row);
 
+// A number as a cell's value holds it ("12.7", "1E-10", " 3 "): decimal, blanks at the ends
+// allowed. Returns false when `text` is not one. Much cheaper than the general conversions,
+// which matters because it runs for every numeric cell.
+bool parseNumber(QStringView text, double* value);
+
 // A decimal row or index number; -1 when `text` is not one or is larger than `limit`.
 int parseIndex(QStringView text, int limit);
 

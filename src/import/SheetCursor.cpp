@@ -14,19 +14,19 @@ namespace {
 
 CellType cellType(QStringView t)
 {
-    if (t.isEmpty() || t == u"n")
+    if (t.isEmpty() || hasName(t, u"n"))
         return CellType::Number;
-    if (t == u"s")
+    if (hasName(t, u"s"))
         return CellType::SharedString;
-    if (t == u"inlineStr")
+    if (hasName(t, u"inlineStr"))
         return CellType::InlineString;
-    if (t == u"str")
+    if (hasName(t, u"str"))
         return CellType::FormulaString;
-    if (t == u"b")
+    if (hasName(t, u"b"))
         return CellType::Boolean;
-    if (t == u"e")
+    if (hasName(t, u"e"))
         return CellType::Error;
-    if (t == u"d")
+    if (hasName(t, u"d"))
         return CellType::IsoDate;
     return CellType::FormulaString; // unknown types: show the value as written
 }
@@ -84,9 +84,9 @@ bool SheetCursor::restart()
         if (!xml.isStartElement())
             continue;
         const QStringView name = xml.name();
-        if (name == u"sheetData")
+        if (hasName(name, u"sheetData"))
             return true;
-        if (name == u"dimension") {
+        if (hasName(name, u"dimension")) {
             const QStringView ref = attributeValue(xml.attributes(), u"ref");
             const qsizetype colon = ref.indexOf(u':');
             int firstColumn = 0, firstRow = 0, lastColumn = 0, lastRow = 0;
@@ -151,7 +151,7 @@ bool SheetCursor::readRow(bool keepCells)
         }
         if (!xml.isStartElement())
             continue;
-        if (xml.name() != u"row") {
+        if (!hasName(xml.name(), u"row")) {
             if (!m_reader.skipElement())
                 break;
             continue;
@@ -191,7 +191,7 @@ bool SheetCursor::readRow(bool keepCells)
                 break; // the end of the row
             if (!xml.isStartElement())
                 continue;
-            if (xml.name() != u"c") {
+            if (!hasName(xml.name(), u"c")) {
                 if (!m_reader.skipElement())
                     break;
                 continue;
@@ -239,7 +239,7 @@ bool SheetCursor::readCell(bool keepCells, int rowNumber, int* nextColumn, qsize
     QStringView type;
     for (const QXmlStreamAttribute& attribute : attributes) {
         const QStringView name = attribute.name();
-        if (name == u"r") {
+        if (hasName(name, u"r")) {
             int referencedRow = 0;
             if (!CellText::parseCellReference(attribute.value(), &cell.column, &referencedRow)) {
                 fail(kvTr("part %1 holds a cell with the invalid reference \"%2\" in row %3")
@@ -247,9 +247,9 @@ bool SheetCursor::readCell(bool keepCells, int rowNumber, int* nextColumn, qsize
                          .arg(rowNumber));
                 return false;
             }
-        } else if (name == u"t") {
+        } else if (hasName(name, u"t")) {
             type = attribute.value();
-        } else if (name == u"s") {
+        } else if (hasName(name, u"s")) {
             cell.style = CellText::parseIndex(attribute.value(), INT_MAX);
         }
     }
@@ -280,10 +280,10 @@ bool SheetCursor::readCell(bool keepCells, int rowNumber, int* nextColumn, qsize
             continue;
         const QStringView name = xml.name();
         bool ok = true;
-        if (name == u"v") {
+        if (hasName(name, u"v")) {
             ok = m_reader.readElementText(&m_text, m_limits.maxStringLength);
             hasValue = ok;
-        } else if (name == u"is") {
+        } else if (hasName(name, u"is")) {
             ok = m_reader.readStringItem(&m_text, m_limits.maxStringLength);
             hasValue = ok;
             if (cell.type == CellType::Number)
@@ -308,6 +308,11 @@ bool SheetCursor::readCell(bool keepCells, int rowNumber, int* nextColumn, qsize
                      .arg(m_sharedStringCount));
             return false;
         }
+    } else if (cell.type == CellType::Number) {
+        if (!CellText::parseNumber(m_text, &cell.number)) {
+            cell.type = CellType::NumberText;
+            cell.text = QString(m_text.constData(), m_text.size());
+        }
     } else {
         *rowCharacters += m_text.size();
         if (*rowCharacters > m_limits.maxRowCharacters) {
@@ -317,7 +322,8 @@ bool SheetCursor::readCell(bool keepCells, int rowNumber, int* nextColumn, qsize
                      .arg(m_limits.maxRowCharacters));
             return false;
         }
-        cell.text = m_text;
+        // A copy of its own, so that m_text keeps its buffer for the next cell.
+        cell.text = QString(m_text.constData(), m_text.size());
     }
     m_cells.append(std::move(cell));
     return true;

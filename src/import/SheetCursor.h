@@ -13,6 +13,7 @@ class ZipPackage;
 // What a cell holds, before it is turned into text.
 enum class CellType : quint8 {
     Number,
+    NumberText, // a number cell whose value does not read as a number: shown as written
     SharedString,
     InlineString,
     FormulaString, // the cached text result of a formula
@@ -28,7 +29,8 @@ struct RawCell
     int style = 0;
     CellType type = CellType::Number;
     int sharedIndex = -1; // for SharedString
-    QString text;         // the value as written (number, inline text, ...)
+    double number = 0;    // for Number
+    QString text;         // the value as written, for the other types
 };
 
 // A forward-only cursor over the rows of one sheet part: it streams the XML and holds only

@@ -71,7 +71,12 @@ void XmlPartReader::fail(const QString& problem)
 
 bool XmlPartReader::readElementText(QString* text, qsizetype maxLength)
 {
-    text->clear();
+    text->resize(0);
+    return appendElementText(text, maxLength);
+}
+
+bool XmlPartReader::appendElementText(QString* text, qsizetype maxLength)
+{
     int depth = 1;
     while (readNext()) {
         switch (m_xml.tokenType()) {
@@ -106,7 +111,7 @@ bool XmlPartReader::readElementText(QString* text, qsizetype maxLength)
 
 bool XmlPartReader::readStringItem(QString* text, qsizetype maxLength)
 {
-    text->clear();
+    text->resize(0);
     // Depth below the item's element; the text runs are "t" directly in the item or in an "r".
     int depth = 0;
     bool inRun = false;
@@ -114,14 +119,12 @@ bool XmlPartReader::readStringItem(QString* text, qsizetype maxLength)
         switch (m_xml.tokenType()) {
         case QXmlStreamReader::StartElement: {
             const QStringView name = m_xml.name();
-            if (name == u"t" && (depth == 0 || (depth == 1 && inRun))) {
-                QString part;
-                if (!readElementText(&part, maxLength - text->size()))
+            if (hasName(name, u"t") && (depth == 0 || (depth == 1 && inRun))) {
+                if (!appendElementText(text, maxLength))
                     return false;
-                text->append(part);
                 break;
             }
-            if (depth == 0 && name == u"r")
+            if (depth == 0 && hasName(name, u"r"))
                 inRun = true;
             ++depth;
             break;
@@ -161,7 +164,7 @@ bool XmlPartReader::skipElement()
 QStringView attributeValue(const QXmlStreamAttributes& attributes, QStringView localName)
 {
     for (const QXmlStreamAttribute& attribute : attributes) {
-        if (attribute.name() == localName)
+        if (hasName(attribute.name(), localName))
             return attribute.value();
     }
     return {};

@@ -36,8 +36,11 @@ public:
     QString problem() const { return m_problem; }
 
     // Reads the text of the element the reader is on up to its end tag and leaves the reader
-    // on that end tag. Fails when the text is longer than `maxLength` characters.
+    // on that end tag. Fails when the text is longer than `maxLength` characters. `text` keeps
+    // its capacity, so that reading many values into one buffer allocates nothing.
     bool readElementText(QString* text, qsizetype maxLength);
+    // The same, appending to `text`; `maxLength` counts what it already holds.
+    bool appendElementText(QString* text, qsizetype maxLength);
     // Reads a string item (the content of a shared-string "si" or an inline "is") up to its
     // end tag: the text of its "t" element, or of the "t" elements of its rich-text runs
     // joined; phonetic runs are left out. The "_xHHHH_" escapes of control characters are
@@ -56,6 +59,19 @@ private:
     int m_depth = 0;
     int m_maxDepth = 0;
 };
+
+// Whether an element or attribute name is `expected`. Names are short, and comparing them
+// inline is noticeably faster than the general string comparison when done for every cell.
+inline bool hasName(QStringView name, QStringView expected)
+{
+    if (name.size() != expected.size())
+        return false;
+    for (qsizetype i = 0; i < name.size(); ++i) {
+        if (name[i] != expected[i])
+            return false;
+    }
+    return true;
+}
 
 // The value of the attribute called `localName`, whatever its namespace prefix; empty when absent.
 QStringView attributeValue(const QXmlStreamAttributes& attributes, QStringView localName);

@@ -19,6 +19,8 @@ private slots:
     void formatGeneral();
     void formatDate_data();
     void formatDate();
+    void parseNumber_data();
+    void parseNumber();
     void cellReference_data();
     void cellReference();
     void dateFormat_data();
@@ -89,6 +91,38 @@ void tst_workbook_celltext::formatDate()
     QFETCH(bool, date1904);
     QFETCH(QString, expected);
     QCOMPARE(CellText::formatDate(serial, date1904), expected);
+}
+
+void tst_workbook_celltext::parseNumber_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<bool>("valid");
+    QTest::addColumn<double>("expected");
+    QTest::newRow("integer") << "42" << true << 42.0;
+    QTest::newRow("decimal") << "12.7" << true << 12.7;
+    QTest::newRow("exponent") << "1E-10" << true << 1e-10;
+    QTest::newRow("exponent with plus") << "1.5E+20" << true << 1.5e20;
+    QTest::newRow("negative") << "-5.5" << true << -5.5;
+    QTest::newRow("plus sign") << "+3" << true << 3.0;
+    QTest::newRow("blanks at the ends") << " 3 " << true << 3.0;
+    QTest::newRow("seventeen digits") << "0.30000000000000004" << true << 0.30000000000000004;
+    QTest::newRow("empty") << "" << false << 0.0;
+    QTest::newRow("text") << "abc" << false << 0.0;
+    QTest::newRow("trailing text") << "12abc" << false << 0.0;
+    QTest::newRow("comma") << "12,5" << false << 0.0;
+    QTest::newRow("not ASCII") << "１２" << false << 0.0;
+    QTest::newRow("infinity") << "inf" << false << 0.0;
+    QTest::newRow("too long") << QString(70, u'1') << false << 0.0;
+}
+
+void tst_workbook_celltext::parseNumber()
+{
+    QFETCH(QString, text);
+    QFETCH(bool, valid);
+    double value = -1;
+    QCOMPARE(CellText::parseNumber(text, &value), valid);
+    if (valid)
+        QTEST(value, "expected");
 }
 
 void tst_workbook_celltext::cellReference_data()
