@@ -165,7 +165,8 @@ bool DxfLibFeed::build()
             if (object.type == "LAYER" && object.table == "LAYER")
                 ok = forwardLayer(object);
         } else if (object.section == "BLOCKS") {
-            if (isPaperSpaceBlock(object.block))
+            // dxflib skips a nameless BLOCK but not its entities, which would land elsewhere.
+            if (isPaperSpaceBlock(object.block) || object.block.isEmpty())
                 continue;
             if (object.type == "BLOCK")
                 ok = forwardBlockStart(object);
@@ -248,7 +249,13 @@ bool DxfLibFeed::forwardEntity(const DxfGroupFile::Object& object)
         const int flags = findGroup(object, 70);
         meshPolyline = flags >= 0 && (m_file.integer(flags) & (16 | 64)) != 0;
     }
-    if (!supported.contains(type) || paperSpace || meshPolyline) {
+    // dxflib skips a nameless INSERT, whose ATTRIBs would then go to the one before.
+    bool namelessInsert = false;
+    if (type == "INSERT") {
+        const int name = findGroup(object, 2);
+        namelessInsert = name < 0 || m_file.value(name).isEmpty();
+    }
+    if (!supported.contains(type) || paperSpace || meshPolyline || namelessInsert) {
         m_droppingFollowers = !follower;
         return true;
     }

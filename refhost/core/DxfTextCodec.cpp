@@ -98,8 +98,21 @@ DxfTextCodec DxfTextCodec::forFile(const QByteArray& acadVersion, const QByteArr
 
 QString DxfTextCodec::decode(const QByteArray& bytes) const
 {
-    QStringDecoder decoder(m_codecName.constData());
-    QString text = decoder.isValid() ? QString(decoder.decode(bytes)) : QString::fromLatin1(bytes);
+    QString text;
+    if (m_codecName == "UTF-8") {
+        text = QString::fromUtf8(bytes);
+    } else if (m_codecName == "windows-1252") {
+        // The common case, decoded without a converter.
+        text.resize(bytes.size());
+        for (qsizetype i = 0; i < bytes.size(); ++i) {
+            const auto byte = static_cast<unsigned char>(bytes.at(i));
+            const char16_t high = byte >= 0x80 && byte < 0xa0 ? windows1252High[byte - 0x80] : 0;
+            text[i] = QChar(high ? high : char16_t(byte));
+        }
+    } else {
+        QStringDecoder decoder(m_codecName.constData());
+        text = decoder.isValid() ? QString(decoder.decode(bytes)) : QString::fromLatin1(bytes);
+    }
     if (!text.contains(QLatin1String("\\U+")))
         return text;
 

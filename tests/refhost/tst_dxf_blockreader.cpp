@@ -234,6 +234,24 @@ private slots:
         QCOMPARE(result.block->geometry[0].points, (QList<QPointF>{QPointF(1, 2), QPointF(3, 4)}));
     }
 
+    // dxflib ignores a BLOCK without a name but would still hand over its entities.
+    void entitiesOfANamelessBlockStayOut()
+    {
+        QTemporaryDir dir;
+        const QString path = dir.filePath(QStringLiteral("nameless.dxf"));
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(
+            groups({{0, "SECTION"}, {2, "BLOCKS"}, {0, "BLOCK"}, {70, "0"}, {10, "0"}, {20, "0"}}) +
+            lineEntity() + groups({{0, "ENDBLK"}, {0, "ENDSEC"}}) +
+            entities(groups({{0, "CIRCLE"}, {10, "1"}, {20, "1"}, {40, "2"}})));
+        file.close();
+        const DxfBlockReader::Result result = DxfBlockReader::read(path);
+        QVERIFY2(result.block, qPrintable(result.error));
+        QCOMPARE(result.block->geometry.size(), 1);
+        QCOMPARE(int(result.block->geometry[0].kind), int(GeometryItem::Kind::Circle));
+    }
+
     void hostileFilesGiveErrors_data()
     {
         QTest::addColumn<QByteArray>("contents");
