@@ -1,9 +1,11 @@
 // The written DXF read by an independent reader: tests/refhost/scripts/check_dxf.py, which uses
 // Debian's ezdxf, compares the file with a description of the drawing made here from the
 // in-memory model (not from the DXF text).
+#include "DxfBlockReader.h"
 #include "DxfDrawingWriter.h"
 #include "tst_dxf_samples.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonArray>
@@ -182,6 +184,35 @@ private slots:
         const CheckRun run = runCheck(path, expectation(drawing), dir.path());
         QVERIFY2(run.exitCode == 0, qPrintable(run.output));
         QVERIFY2(run.output.contains(QStringLiteral("matches")), qPrintable(run.output));
+    }
+
+    // The example standard's block drawings, read, placed on a page with attribute values and
+    // written again.
+    void ezdxfReadsADrawingOfTheExampleBlocks()
+    {
+        const QDir folder(QStringLiteral(KV_SOURCE_DIR "/examples/network/DADOS/IEC/BLOCOS"));
+        const QStringList files = folder.entryList({QStringLiteral("*.dxf")}, QDir::Files);
+        if (files.isEmpty())
+            QSKIP("no example block drawings in this checkout");
+        Drawing drawing = Drawing::withSinglePage(QStringLiteral("EXAMPLE"));
+        double x = 0;
+        for (const QString& file : files) {
+            const DxfBlockReader::Result read = DxfBlockReader::read(folder.filePath(file));
+            QVERIFY2(read.block, qPrintable(read.error));
+            drawing.blocks().insert(read.block->name, *read.block);
+            BlockReference reference =
+                DxfSamples::reference(read.block->name, drawing.currentLayer(), x, 0);
+            for (const AttributeDefinition& definition : read.block->attributes)
+                reference.attributes.append(
+                    {definition.tag, definition.tag.toLower() + QStringLiteral(" \u00e7")});
+            drawing.references().append(reference);
+            x += 60;
+        }
+        QTemporaryDir dir;
+        const QString path = dir.filePath(QStringLiteral("examples.dxf"));
+        QCOMPARE(DxfDrawingWriter::write(drawing, path), QString());
+        const CheckRun run = runCheck(path, expectation(drawing), dir.path());
+        QVERIFY2(run.exitCode == 0, qPrintable(run.output));
     }
 
     // The checker itself must notice a difference, or the test above proves nothing.
