@@ -93,6 +93,8 @@ private slots:
     void enterCommitsWithoutClosing();
     void textsGoThroughTranslation();
     void dialogGrowsWithItsList();
+    void dialogOnHeaderLinesOnly();
+    void dialogLabelRules();
 
 private:
     std::unique_ptr<QTemporaryDir> m_dir;
@@ -386,6 +388,52 @@ void TestItemEditor::dialogGrowsWithItsList()
     QCOMPARE(fieldList(dialog)->geometry(), list.adjusted(0, 0, 60, 40));
     QCOMPARE(dialog.findChild<QPushButton*>("1")->geometry(), ok.translated(60, 40));
     QCOMPARE(dialog.minimumSize(), first);
+}
+
+void TestItemEditor::dialogOnHeaderLinesOnly()
+{
+    QVERIFY(writeFile(m_cfa, kHeader + "1"));
+    CTVNodesUtil tree;
+    IAdicionaItem dialog;
+    dialog.SetSettingsPath(m_cfa);
+    dialog.SetItemName("1");
+    dialog.SetTree(&tree);
+    QVERIFY(showDialog(dialog));
+    CIListViewPropriedade* list = fieldList(dialog);
+    QCOMPARE(list->GetPropertyCount(), 1);
+    QCOMPARE(list->GetPropertyName(0), KVString("1"));
+    QVERIFY(typeIntoCell(*list, 0, 1, "x"));
+    click(dialog, "1");
+    QCOMPARE(tree.children().size(), 1);
+    QCOMPARE(tree.GetText(tree.children().first()), KVString());
+    QCOMPARE(attributeTexts(tree.GetAttributes(tree.children().first())), QStringList({"1=x"}));
+}
+
+void TestItemEditor::dialogLabelRules()
+{
+    // TAG and DESCRIPTION are shown: a value for the first and none for the second.
+    CTVNodesUtil tree;
+    IAdicionaItem dialog;
+    dialog.SetSettingsPath(m_cfa);
+    dialog.SetTree(&tree);
+    QVERIFY(showDialog(dialog));
+    QVERIFY(typeIntoCell(*fieldList(dialog), 2, 1, "-F3"));
+    QVERIFY(typeIntoCell(*fieldList(dialog), 4, 1, "FUSE"));
+    click(dialog, "1");
+    QCOMPARE(tree.GetText(tree.children().first()), KVString("-F3 - "));
+
+    // No field shown at all: the label is empty.
+    QVERIFY(writeFile(m_cfa, kHeader + "0\r\nTAG;TAG; ;N;\r\nDESCRIPTION;FUNCTION; ;N;"));
+    IAdicionaItem hidden;
+    hidden.SetSettingsPath(m_cfa);
+    hidden.SetTree(&tree);
+    QVERIFY(showDialog(hidden));
+    QVERIFY(typeIntoCell(*fieldList(hidden), 1, 1, "-F4"));
+    click(hidden, "1");
+    QCOMPARE(tree.children().size(), 2);
+    QCOMPARE(tree.GetText(tree.children().last()), KVString());
+    QCOMPARE(attributeTexts(tree.GetAttributes(tree.children().last())),
+             QStringList({"0\n=", "TAG=-F4", "DESCRIPTION="}));
 }
 
 QTEST_MAIN(TestItemEditor)
