@@ -74,6 +74,12 @@ QString nextConnectionName()
     return QStringLiteral("kv-standard-loader-%1").arg(counter.fetchAndAddRelaxed(1) + 1);
 }
 
+// "FILE:LINE: problem", put together without placeholders, which a path may contain.
+QString atLine(const QString& path, int line, const QString& problem)
+{
+    return path + u':' + QString::number(line) + QLatin1String(": ") + problem;
+}
+
 struct ScriptFile
 {
     QString path;
@@ -97,7 +103,7 @@ QString readScript(const QString& path, ScriptFile& script)
         text.remove(0, 1);
     const SqlScript split = StandardLoader::splitScript(text);
     if (!split.error.isEmpty())
-        return QStringLiteral("%1:%2: %3").arg(path).arg(split.errorLine).arg(split.error);
+        return atLine(path, split.errorLine, split.error);
     script.path = path;
     script.statements = split.statements;
     return {};
@@ -436,10 +442,9 @@ StandardLoadResult StandardLoader::load(const QStringList& scriptPaths)
             return result;
         for (const SqlStatement& statement : std::as_const(script.statements)) {
             if (isTransactionControl(statement.text)) {
-                result.error = QStringLiteral("%1:%2: transaction statements are not allowed: "
-                                              "the scripts are loaded in one transaction")
-                                   .arg(path)
-                                   .arg(statement.line);
+                result.error = atLine(path, statement.line,
+                                      QStringLiteral("transaction statements are not allowed: "
+                                                     "the scripts are loaded in one transaction"));
                 return result;
             }
         }
@@ -476,8 +481,7 @@ StandardLoadResult StandardLoader::load(const QStringList& scriptPaths)
         for (const SqlStatement& statement : script.statements) {
             const QString error = runStatement(statement.text);
             if (!error.isEmpty()) {
-                return fail(
-                    QStringLiteral("%1:%2: %3").arg(script.path).arg(statement.line).arg(error));
+                return fail(atLine(script.path, statement.line, error));
             }
             ++result.statementCount;
         }
