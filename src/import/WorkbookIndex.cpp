@@ -106,9 +106,9 @@ bool WorkbookIndex::load(ZipPackage& package, const WorkbookLimits& limits, QStr
     for (const auto& [name, id] : std::as_const(sheetIds)) {
         SheetEntry entry;
         entry.name = name;
-        const auto found =
-            std::find_if(relationships.cbegin(), relationships.cend(),
-                         [&id](const Relationship& relationship) { return relationship.id == id; });
+        const auto found = std::find_if(
+            relationships.cbegin(), relationships.cend(),
+            [&wanted = id](const Relationship& relationship) { return relationship.id == wanted; });
         if (found == relationships.cend()) {
             entry.problem = kvTr("sheet \"%1\" refers to relationship \"%2\", which %3 does not "
                                  "hold")
