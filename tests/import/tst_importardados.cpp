@@ -47,7 +47,9 @@ private slots:
 
     void settingsLines_data();
     void settingsLines();
-    void headerLinesStoredWhole();
+    void headerLines_data();
+    void headerLines();
+    void loadingAgainStartsAfresh();
 };
 
 namespace {
@@ -535,29 +537,56 @@ void tst_importardados::settingsLines()
     QCOMPARE(importer.pageMode(), QStringLiteral("0"));
 }
 
-void tst_importardados::headerLinesStoredWhole()
+void tst_importardados::headerLines_data()
 {
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QStringList>("headers"); // the seven texts in file order
+
+    QTest::newRow("stored whole, blanks kept")
+        << QByteArray(" GAP \r\nB\r\n10,20\r\n5\r\n2\r\n300\r\n1\r\n")
+        << QStringList{" GAP ", "B", "10,20", "5", "2", "300", "1"};
+    QTest::newRow("a blank line stores an empty text")
+        << QByteArray("A\r\n\r\n10,20\r\n5\r\n2\r\n300\r\n1\r\n")
+        << QStringList{"A", "", "10,20", "5", "2", "300", "1"};
+    QTest::newRow("the last line without a line end loses its last character")
+        << QByteArray("A\r\nB\r\n10,20\r\n5\r\n2\r\n300")
+        << QStringList{"A", "B", "10,20", "5", "2", "30", ""};
+    QTest::newRow("seventh line last without a line end")
+        << QByteArray("A\r\nB\r\n10,20\r\n5\r\n2\r\n300\r\n12")
+        << QStringList{"A", "B", "10,20", "5", "2", "300", "1"};
+    QTest::newRow("fewer than seven lines")
+        << QByteArray("A\r\nB\r\n") << QStringList{"A", "B", "", "", "", "", ""};
+    QTest::newRow("empty file") << QByteArray() << QStringList{"", "", "", "", "", "", ""};
+}
+
+void tst_importardados::headerLines()
+{
+    QFETCH(QByteArray, bytes);
+    QFETCH(QStringList, headers);
     CCImportarDados importer;
-    // Lines are kept as they are, blanks included; a blank line is an empty text; the last
-    // line has no line end and so loses its last character.
-    importer.SetSettingsPath(writeSettings(" GAP \r\n\r\n10,20\r\n5\r\n2\r\n300"));
+    importer.SetSettingsPath(writeSettings(bytes));
     importer.LoadSettings();
-    QCOMPARE(importer.gapBeforeVar(), QStringLiteral(" GAP "));
-    QCOMPARE(importer.gapAfterVar(), QString());
-    QCOMPARE(importer.startPoint(), QStringLiteral("10,20"));
-    QCOMPARE(importer.spaceWidth(), QStringLiteral("5"));
-    QCOMPARE(importer.separatorMode(), QStringLiteral("2"));
-    QCOMPARE(importer.pageSize(), QStringLiteral("30"));
-    QCOMPARE(importer.pageMode(), QString());
+    const QStringList read = {importer.gapBeforeVar(),  importer.gapAfterVar(),
+                              importer.startPoint(),    importer.spaceWidth(),
+                              importer.separatorMode(), importer.pageSize(),
+                              importer.pageMode()};
+    QCOMPARE(read, headers);
     QVERIFY(importer.columns().isEmpty());
     QCOMPARE(importer.lispFieldList(), QString());
+}
 
-    // Read again: the list starts afresh, the header texts are replaced.
+void tst_importardados::loadingAgainStartsAfresh()
+{
+    CCImportarDados importer;
     importer.SetSettingsPath(writeSettings(kHeader + "A;B;C;S;"));
     importer.LoadSettings();
     QCOMPARE(importer.lispFieldList(), QStringLiteral("(cons \"A\" \"B\") "));
-    QCOMPARE(importer.gapBeforeVar(), QStringLiteral("G1"));
-    QCOMPARE(importer.pageSize(), QStringLiteral("300"));
+    importer.SetSettingsPath(writeSettings("X\r\nY\r\n1,1\r\n2\r\n3\r\n4\r\n5\r\nD;E;F;N;"));
+    importer.LoadSettings();
+    // The list is built afresh and the header texts are replaced.
+    QCOMPARE(importer.lispFieldList(), QStringLiteral("(cons \"D\" \"E\") "));
+    QCOMPARE(importer.gapBeforeVar(), QStringLiteral("X"));
+    QCOMPARE(importer.pageMode(), QStringLiteral("5"));
 }
 
 QTEST_GUILESS_MAIN(tst_importardados)
