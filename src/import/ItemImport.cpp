@@ -36,9 +36,9 @@ const QString kSeparatorVerticalSpace = QStringLiteral("4");
 KVString entryAt(const KVStringList& list, qsizetype index, const char* listName)
 {
     if (index < 0 || index >= list.size()) {
-        throw std::invalid_argument(std::string("Invalid argument: ") + listName + " has " +
-                                    std::to_string(list.size()) + " entries, entry " +
-                                    std::to_string(index) + " was asked for");
+        throw std::invalid_argument("Invalid argument: index " + std::to_string(index) +
+                                    " is outside " + listName + " (" + std::to_string(list.size()) +
+                                    " entries)");
     }
     return list.at(index);
 }
@@ -128,14 +128,30 @@ QString ItemImport::missingPropertiesMessage(const KVStringList& names)
     return message;
 }
 
-ItemImportResult ItemImport::run(const KVString& settingsPath)
+ImportedSheet ImportedSheet::from(const CCImportarDados& importer)
+{
+    ImportedSheet sheet;
+    sheet.headers.gapBeforeVar = importer.gapBeforeVar();
+    sheet.headers.gapAfterVar = importer.gapAfterVar();
+    sheet.headers.startPoint = importer.startPoint();
+    sheet.headers.spaceWidth = importer.spaceWidth();
+    sheet.headers.lispFieldList = importer.lispFieldList();
+    sheet.headers.separatorMode = importer.separatorMode();
+    sheet.headers.pageSize = importer.pageSize();
+    sheet.headers.pageMode = importer.pageMode();
+    sheet.columns = importer.columns();
+    sheet.searchProps = importer.searchProps();
+    sheet.showFlags = importer.showFlags();
+    sheet.values = importer.values();
+    return sheet;
+}
+
+template <typename Work> ItemImportResult ItemImport::guarded(Work&& work)
 {
     ItemImportResult result;
     BusyScope busy([this](bool) { setBusy(false); });
-    auto importer = std::make_unique<CCImportarDados>();
-    importer->SetSettingsPath(settingsPath);
     try {
-        runImport(*importer, result);
+        work(result);
     } catch (const std::exception& error) {
         // The handler ends here: what was built so far stays, and the count field and the
         // insertion button are left as they were.
@@ -145,32 +161,46 @@ ItemImportResult ItemImport::run(const KVString& settingsPath)
         result.insertionEnabled.reset();
         electricalLog(ACTIVE_DOCUMENT(), kHandlerName + QStringLiteral(" : ") + result.error);
     }
-    result.workbookPath = importer->filePath();
     return result;
 }
 
-void ItemImport::runImport(CCImportarDados& importer, ItemImportResult& result)
+ItemImportResult ItemImport::run(const KVString& settingsPath)
 {
-    if (!importer.Importar()) {
-        result.outcome = ItemImportOutcome::NotRead;
-        result.insertionEnabled = !m_tree.isEmpty();
-        return;
-    }
+    CCImportarDados importer;
+    importer.SetSettingsPath(settingsPath);
+    ItemImportResult result = guarded([&](ItemImportResult& result) {
+        if (!importer.Importar()) {
+            result.outcome = ItemImportOutcome::NotRead;
+            result.insertionEnabled = !m_tree.isEmpty();
+            return;
+        }
+        buildTree(ImportedSheet::from(importer), result);
+    });
+    result.workbookPath = importer.filePath();
+    return result;
+}
 
+ItemImportResult ItemImport::build(const ImportedSheet& sheet)
+{
+    return guarded([&](ItemImportResult& result) { buildTree(sheet, result); });
+}
+
+void ItemImport::buildTree(const ImportedSheet& sheet, ItemImportResult& result)
+{
     // The previous list is gone from here on, whatever the checks below find.
     m_tree.clear();
     m_state.itemCount = 0;
     setBusy(true);
-    copyHeaderTexts(importer);
+    m_state.headers = sheet.headers;
 
-    m_startX = wholeNumber(m_state.startPoint);
-    m_pageSize = wholeNumber(m_state.pageSize);
-    m_spaceWidth = wholeNumber(m_state.spaceWidth);
+    m_startX = wholeNumber(m_state.headers.startPoint);
+    m_pageSize = wholeNumber(m_state.headers.pageSize);
+    m_spaceWidth = wholeNumber(m_state.headers.spaceWidth);
     m_pos = m_startX;
     m_lastSymbol = TVNode();
 
     const KVStringList known = knownProperties();
-    for (const QString& property : importer.searchProps()) {
+    for (const QString& property : sheet.searchProps) {
         const QString name = QString(property).remove(u'=').trimmed();
         if (!name.isEmpty() && !known.contains(name, Qt::CaseSensitive))
             result.missingProperties.append(name);
@@ -182,26 +212,14 @@ void ItemImport::runImport(CCImportarDados& importer, ItemImportResult& result)
         return;
     }
 
-    const qsizetype stride = importer.columns().size();
-    for (qsizetype row = 0; stride > 0 && row < importer.values().size(); row += stride)
-        importRow(importer, row, result);
+    const qsizetype stride = sheet.columns.size();
+    for (qsizetype row = 0; stride > 0 && row < sheet.values.size(); row += stride)
+        importRow(sheet, row, result);
 
     result.outcome = ItemImportOutcome::Imported;
     result.countShown = true;
     setBusy(false);
     result.insertionEnabled = !m_tree.isEmpty();
-}
-
-void ItemImport::copyHeaderTexts(const CCImportarDados& importer)
-{
-    m_state.gapBeforeVar = importer.gapBeforeVar();
-    m_state.gapAfterVar = importer.gapAfterVar();
-    m_state.startPoint = importer.startPoint();
-    m_state.spaceWidth = importer.spaceWidth();
-    m_state.lispFieldList = importer.lispFieldList();
-    m_state.separatorMode = importer.separatorMode();
-    m_state.pageSize = importer.pageSize();
-    m_state.pageMode = importer.pageMode();
 }
 
 KVStringList ItemImport::knownProperties() const
@@ -220,16 +238,16 @@ KVStringList ItemImport::knownProperties() const
     return names;
 }
 
-void ItemImport::importRow(const CCImportarDados& importer, qsizetype row, ItemImportResult& result)
+void ItemImport::importRow(const ImportedSheet& sheet, qsizetype row, ItemImportResult& result)
 {
-    const KVStringList& values = importer.values();
+    const KVStringList& values = sheet.values;
     KVStringList conditions;
     auto attributes = std::make_unique<CELstAtributos>();
 
-    const KVStringList& searchProps = importer.searchProps();
+    const KVStringList& searchProps = sheet.searchProps;
     for (qsizetype i = 0; i < searchProps.size(); ++i) {
         const KVString property = searchProps.at(i).trimmed();
-        const KVString title = entryAt(importer.columns(), i, "the column list");
+        const KVString title = entryAt(sheet.columns, i, "the column titles");
         const KVString value = entryAt(values, row + i, "the row values");
         if (!property.isEmpty()) {
             // "=" anywhere in the search property asks for equality, its absence for
@@ -249,7 +267,7 @@ void ItemImport::importRow(const CCImportarDados& importer, qsizetype row, ItemI
     }
 
     KVString text;
-    const KVStringList& showFlags = importer.showFlags();
+    const KVStringList& showFlags = sheet.showFlags;
     for (qsizetype i = 0; i < showFlags.size(); ++i) {
         if (showFlags.at(i) != kYes)
             continue;
@@ -295,7 +313,7 @@ QMap<QString, CEComponente> ItemImport::matchingComponents(const KVStringList& c
 void ItemImport::placeSymbols(TVNode item, const QMap<QString, CEComponente>& components,
                               ItemImportResult& result)
 {
-    const QString& mode = m_state.separatorMode;
+    const QString& mode = m_state.headers.separatorMode;
     const bool pageFill = mode == kSeparatorAutomatic || mode == kSeparatorAutomaticWithSpace;
     for (const CEComponente& component : components) {
         if (pageFill) {
@@ -318,9 +336,9 @@ void ItemImport::placeSymbols(TVNode item, const QMap<QString, CEComponente>& co
 // previous symbol, ahead of the space that followed it.
 void ItemImport::placeWithPageFill(TVNode item, const CEComponente& component)
 {
-    const bool withSpace = m_state.separatorMode == kSeparatorAutomaticWithSpace;
-    const KVString& gapBefore = m_state.gapBeforeVar;
-    const KVString& gapAfter = m_state.gapAfterVar;
+    const bool withSpace = m_state.headers.separatorMode == kSeparatorAutomaticWithSpace;
+    const KVString& gapBefore = m_state.headers.gapBeforeVar;
+    const KVString& gapAfter = m_state.headers.gapAfterVar;
     const double w1 =
         gapBefore.trimmed().isEmpty() ? 0.0 : propertyNumber(component.GetKey(), gapBefore);
     const double w2 =
@@ -372,14 +390,14 @@ void ItemImport::addMarkerAfter(TVNode item, TVNode reference, TVNodeKind kind)
 ItemImportResult ItemImport::run(const KVString& settingsPath, ItemListController& list,
                                  ImportDialogState& state)
 {
-    state.separatorMode = list.separatorMode();
+    state.headers.separatorMode = list.separatorMode();
     state.itemCount = list.itemCount();
     state.lastItemNumber = list.lastItemNumber();
     ItemImport import(list.tree(), state);
     const ItemImportResult result = import.run(settingsPath);
     if (result.outcome == ItemImportOutcome::NotRead)
         return result;
-    list.setSeparatorMode(state.separatorMode);
+    list.setSeparatorMode(state.headers.separatorMode);
     list.setLastItemNumber(state.lastItemNumber);
     if (result.countShown)
         list.setItemCount(state.itemCount);

@@ -14,11 +14,9 @@ class CCImportarDados;
 class CTVNodesUtil;
 class ItemListController;
 
-// What the main dialog keeps for the import: the copies of the settings file's seven header
-// texts and of the field list for the drawing language (the import replaces them with what it
-// read), the count shown beside "Items not imported:" and the number from which items added
-// by hand go on counting.
-struct ImportDialogState
+// The settings file's seven header texts, and between spaceWidth and separatorMode the field
+// list for the drawing language, as the reader takes them from the settings file.
+struct ImportHeaderTexts
 {
     KVString gapBeforeVar;
     KVString gapAfterVar;
@@ -28,8 +26,31 @@ struct ImportDialogState
     KVString separatorMode;
     KVString pageSize;
     KVString pageMode;
+
+    friend bool operator==(const ImportHeaderTexts&, const ImportHeaderTexts&) = default;
+};
+
+// What the main dialog keeps for the import: its copies of the header texts (the import
+// replaces them with what it read), the count shown beside "Items not imported:" and the
+// number from which items added by hand go on counting.
+struct ImportDialogState
+{
+    ImportHeaderTexts headers;
     int itemCount = 0;
     int lastItemNumber = 0;
+};
+
+// What the reader gave: the field lists of the settings file and the rows' values, one per
+// column and row with no separation between rows.
+struct ImportedSheet
+{
+    ImportHeaderTexts headers;
+    KVStringList columns;
+    KVStringList searchProps;
+    KVStringList showFlags;
+    KVStringList values;
+
+    static ImportedSheet from(const CCImportarDados& importer);
 };
 
 enum class ItemImportOutcome {
@@ -86,6 +107,8 @@ public:
     // Reads the workbook the host's file dialog asks for, with the field lines of the
     // settings file at `settingsPath`, and builds the tree.
     ItemImportResult run(const KVString& settingsPath);
+    // Builds the tree from rows already read: everything that follows the reading.
+    ItemImportResult build(const ImportedSheet& sheet);
 
     // The same on the main dialog's list: its tree, and afterwards its separator mode, last
     // item number and (when the count field is shown again) its count, from `state`.
@@ -99,10 +122,10 @@ public:
     static QString missingPropertiesMessage(const KVStringList& names);
 
 private:
-    void runImport(CCImportarDados& importer, ItemImportResult& result);
-    void copyHeaderTexts(const CCImportarDados& importer);
+    template <typename Work> ItemImportResult guarded(Work&& work);
+    void buildTree(const ImportedSheet& sheet, ItemImportResult& result);
     KVStringList knownProperties() const;
-    void importRow(const CCImportarDados& importer, qsizetype row, ItemImportResult& result);
+    void importRow(const ImportedSheet& sheet, qsizetype row, ItemImportResult& result);
     QMap<QString, CEComponente> matchingComponents(const KVStringList& conditions) const;
     void placeSymbols(TVNode item, const QMap<QString, CEComponente>& components,
                       ItemImportResult& result);

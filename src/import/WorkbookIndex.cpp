@@ -7,6 +7,8 @@
 
 #include <QUrl>
 
+#include <algorithm>
+
 namespace Xlsx::Internal {
 
 namespace {
