@@ -2,6 +2,8 @@
 
 #include "host/KVString.h"
 
+#include <QtGlobal>
+
 namespace {
 
 std::optional<int> entryIndex(const QString& stored, qsizetype entryCount)
@@ -17,16 +19,20 @@ std::optional<int> entryIndex(const QString& stored, qsizetype entryCount)
 
 } // namespace
 
+// The entries are translated where the dialog shows them; the markers let lupdate find them.
 QStringList separatorModeTexts()
 {
-    return {QStringLiteral("Automatic"), QStringLiteral("Automatic+space"),
-            QStringLiteral("Horizontal space"), QStringLiteral("Page"),
-            QStringLiteral("Vertical space")};
+    return {QStringLiteral(QT_TRANSLATE_NOOP("KVInsertAuto", "Automatic")),
+            QStringLiteral(QT_TRANSLATE_NOOP("KVInsertAuto", "Automatic+space")),
+            QStringLiteral(QT_TRANSLATE_NOOP("KVInsertAuto", "Horizontal space")),
+            QStringLiteral(QT_TRANSLATE_NOOP("KVInsertAuto", "Page")),
+            QStringLiteral(QT_TRANSLATE_NOOP("KVInsertAuto", "Vertical space"))};
 }
 
 QStringList paginationModeTexts()
 {
-    return {QStringLiteral("Create page"), QStringLiteral("Using Page")};
+    return {QStringLiteral(QT_TRANSLATE_NOOP("KVInsertAuto", "Create page")),
+            QStringLiteral(QT_TRANSLATE_NOOP("KVInsertAuto", "Using Page"))};
 }
 
 std::optional<SeparatorMode> separatorModeFromText(const QString& stored)
