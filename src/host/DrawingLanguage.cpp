@@ -41,3 +41,10 @@ void kvPrintf(const KVString& text)
     if (InstalledHost().language)
         InstalledHost().language->print(text);
 }
+
+bool kvRegisterFunction(const KVString& name, DrawingLanguageFunction function)
+{
+    if (!InstalledHost().language)
+        return false;
+    return InstalledHost().language->registerFunction(name, std::move(function));
+}

@@ -3,7 +3,13 @@
 #include "KVString.h"
 #include "LispValue.h"
 
+#include <functional>
 #include <optional>
+
+// A function that a module makes callable from the drawing language. It takes no arguments,
+// hands its result to the active document (CFxDocument::SetLispResultString) and returns the
+// host's integer status.
+using DrawingLanguageFunction = std::function<int()>;
 
 // The host's drawing language (its LISP environment) and command line, as the module sees them.
 class IDrawingLanguage
@@ -20,6 +26,12 @@ public:
     virtual std::optional<LispChain> variable(const KVString& name) = 0;
     // Writes a text on the host's command line.
     virtual void print(const KVString& text) = 0;
+    // Makes `function` callable from the drawing language under `name` (a module does it once,
+    // in initApp). Returns false when the host does not take functions from modules.
+    virtual bool registerFunction(const KVString& /*name*/, DrawingLanguageFunction /*function*/)
+    {
+        return false;
+    }
 };
 
 // Free functions through which the module calls the drawing language.
@@ -30,3 +42,5 @@ void kvInvokeVoid(const KVStringList& nameAndArgs);
 void kvInvokeTyped(const LispChain& nameAndArgs);
 std::optional<LispChain> kvGetLispVariable(const KVString& name);
 void kvPrintf(const KVString& text);
+// False when no drawing language is installed or it does not take the function.
+bool kvRegisterFunction(const KVString& name, DrawingLanguageFunction function);

@@ -415,6 +415,11 @@ public:
         m_trace.write({{"op", json("print")}, {"text", json(text)}});
         m_inner->print(text);
     }
+    bool registerFunction(const KVString& name, DrawingLanguageFunction function) override
+    {
+        m_trace.write({{"op", json("registerFunction")}, {"name", json(name)}});
+        return m_inner->registerFunction(name, std::move(function));
+    }
 
 private:
     HostTrace& m_trace;
