@@ -232,6 +232,12 @@ void tst_import_items::pageSizeReachedExactlyDoesNotBreak_data()
                                          << "35" << lastBreaks;
         newDatabaseRow(kind, "page size 30.9") << kind << "0,0"
                                                << "30.9" << lastBreaks;
+        // A symbol wider than the page: both gaps break, and before the first symbol of an
+        // item the page goes first under that item.
+        newDatabaseRow(kind, "page smaller than a symbol")
+            << kind << "0,0"
+            << "5"
+            << "-M1[P,P,S:300] | -M2[P,P,S:301] | -M3[P,P,S:302]";
     }
 }
 
@@ -496,7 +502,6 @@ void tst_import_items::apostropheBreaksOnlyItsRow()
     const ItemImportResult result =
         runImport(host, tree, state, cfa, workbook("items-apostrophe.xlsx"));
     QCOMPARE(result.outcome, ItemImportOutcome::Imported);
-    qDebug().noquote() << host.traceLines().join("\n");
     QCOMPARE(describe(tree), QStringLiteral("-H1[] | -K1[S:100,H,S:101,H]"));
     QCOMPARE(state.itemCount, 2);
     KV_COMPARE_TRACE(importTrace(host.traceLines()),

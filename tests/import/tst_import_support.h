@@ -93,7 +93,7 @@ INSERT INTO CUSTOM_PROPERTIES VALUES ('202', 0, 'COLOR', 'WHITE');
                            "INSERT INTO CUSTOM_PROPERTIES VALUES ('%1', 2, 'GAP_AFTER', '5');\n")
                 .arg(QLatin1String(key));
     }
-    return sql;
+    return sql + QStringLiteral("COMMIT;\n");
 }
 
 inline void addDatabaseColumn()
