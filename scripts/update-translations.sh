@@ -72,7 +72,7 @@ update() {
         if [ -f "$tsdir/${base}_$language.ts" ]; then
             cp "$tsdir/${base}_$language.ts" "$ts"
         fi
-        "$LUPDATE" -silent -extensions cpp,h -locations absolute -source-language en -target-language "$language" \
+        "$LUPDATE" -silent -extensions cpp,h -locations absolute -target-language "$language" \
             "$scratch/$context/src" -ts "$ts"
         cp "$ts" "$outdir/${base}_$language.ts"
     done
