@@ -152,8 +152,11 @@ void addReference(Scene& scene, const Drawing& drawing, const BlockReference& re
     }
 }
 
-void paint(QPainter& painter, const Scene& scene, const PagePicture::Layout& layout)
+// Paints in picture coordinates on top of whatever transform the painter already has (the
+// identity for files; a zoom and pan in the desktop host's page view).
+void paintScene(QPainter& painter, const Scene& scene, const PagePicture::Layout& layout)
 {
+    const QTransform base = painter.transform();
     painter.fillRect(QRect(QPoint(0, 0), layout.size), Qt::white);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setRenderHint(QPainter::TextAntialiasing);
@@ -163,27 +166,31 @@ void paint(QPainter& painter, const Scene& scene, const PagePicture::Layout& lay
         pen.setCosmetic(true);
         pen.setWidthF(1.5);
         painter.setPen(pen);
-        painter.setTransform(layout.worldToImage);
+        painter.setTransform(layout.worldToImage * base);
         painter.drawPath(stroke.path);
     }
     const double scale = std::sqrt(std::abs(layout.worldToImage.determinant()));
+    const double baseScale = std::sqrt(std::abs(base.determinant()));
     for (const Label& label : scene.labels) {
         if (label.text.isEmpty())
             continue;
-        const int pixels = qMax(1, int(std::lround(label.height * scale)));
+        // Font sizes are whole pixels: the text is laid out at the size it shows on the device
+        // and the base transform is taken out of the text's own transform.
+        const int pixels = qMax(1, int(std::lround(label.height * scale * baseScale)));
         QFont font;
         font.setStyleHint(QFont::SansSerif);
         font.setPixelSize(pixels);
         painter.setFont(font);
         painter.setPen(label.color);
-        painter.resetTransform();
-        painter.translate(layout.worldToImage.map(label.position));
+        painter.setTransform(
+            QTransform::fromTranslate(base.map(layout.worldToImage.map(label.position)).x(),
+                                      base.map(layout.worldToImage.map(label.position)).y()));
         painter.rotate(-label.rotation); // counter-clockwise in the drawing, y pointing down here
         const QStringList lines = label.text.split(QLatin1Char('\n'));
         for (qsizetype i = 0; i < lines.size(); ++i)
             painter.drawText(QPointF(0.0, LineSpacing * pixels * double(i)), lines.at(i));
     }
-    painter.resetTransform();
+    painter.setTransform(base);
 }
 
 Scene sceneOf(const Drawing& drawing, const QString& layer)
@@ -248,6 +255,12 @@ std::optional<PagePicture::Layout> PagePicture::layout(const Drawing& drawing, c
     return result;
 }
 
+void PagePicture::paint(QPainter& painter, const Drawing& drawing, const QString& layer,
+                        const Layout& layout)
+{
+    paintScene(painter, sceneOf(drawing, layer), layout);
+}
+
 QString PagePicture::render(const Drawing& drawing, const QString& layer, const QString& path,
                             int longestSide)
 {
@@ -275,7 +288,7 @@ QString PagePicture::render(const Drawing& drawing, const QString& layer, const 
                             .arg(pageLayout->size.width())
                             .arg(pageLayout->size.height()));
         QPainter painter(&image);
-        paint(painter, scene, *pageLayout);
+        paintScene(painter, scene, *pageLayout);
         painter.end();
         QBuffer buffer(&bytes);
         buffer.open(QIODevice::WriteOnly);
@@ -291,7 +304,7 @@ QString PagePicture::render(const Drawing& drawing, const QString& layer, const 
         generator.setViewBox(QRect(QPoint(0, 0), pageLayout->size));
         generator.setTitle(layer);
         QPainter painter(&generator);
-        paint(painter, scene, *pageLayout);
+        paintScene(painter, scene, *pageLayout);
         painter.end();
     }
 

@@ -7,6 +7,8 @@
 
 #include <optional>
 
+class QPainter;
+
 namespace RefHost {
 
 class Drawing;
@@ -36,6 +38,11 @@ public:
     // The layout render() uses; `error` names the problem when there is none.
     static std::optional<Layout> layout(const Drawing& drawing, const QString& layer,
                                         QString* error, int longestSide = DefaultLongestSide);
+
+    // Paints the page as render() does, in picture coordinates (0,0 to layout.size) mapped
+    // through the painter's current transform, which is kept; for on-screen views.
+    static void paint(QPainter& painter, const Drawing& drawing, const QString& layer,
+                      const Layout& layout);
 
     // Writes the picture; returns an empty string on success, otherwise a message naming the file
     // and the problem. The file is replaced only once the picture is complete.
