@@ -1,6 +1,6 @@
-// The "run" verb: builds the insertion job from a settings file and an item tree, runs it in the
-// reference host on a drawing (a DXF file, or a new drawing with page PAGE$1), and writes the
-// drawing as DXF and, when asked, one picture per page.
+// The "run" verb: builds the insertion job from a settings file and an item tree (or the items
+// imported from a spreadsheet), runs it in the reference host on a drawing (a DXF file, or a new
+// drawing with page PAGE$1), and writes the drawing as DXF and, when asked, one picture per page.
 #include "CliCommand.h"
 
 #include "DxfDrawingReader.h"
@@ -11,6 +11,7 @@
 #include "engine/CEInsAutoJobBuilder.h"
 #include "engine/CInsAutoLogic.h"
 #include "host/HostBinding.h"
+#include "import/ItemImport.h"
 #include "maindialog/CTVNodesUtil.h"
 #include "maindialog/ItemTreeJson.h"
 #include "settings/SettingsEncoding.h"
@@ -18,19 +19,22 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QSaveFile>
 
 #include <optional>
 
 namespace {
 
 const QString kUsage = QStringLiteral(
-    "run --settings S.cfa --tree T.json --database DB --standard NAME --network-dir DIR "
-    "[--drawing IN.dxf] --out OUT.dxf [--pages DIR] [--trace FILE] [--language N]");
+    "run --settings S.cfa (--tree T.json | --sheet X.xlsx) --database DB --standard NAME "
+    "--network-dir DIR [--drawing IN.dxf] --out OUT.dxf [--pages DIR] [--trace FILE] "
+    "[--language N]");
 
 struct RunArguments
 {
     QString settings;
     QString tree;
+    QString sheet;
     QString database;
     QString standard;
     QString networkDir;
@@ -41,7 +45,8 @@ struct RunArguments
     QString language;
 };
 
-// The value options of the verb and where each goes; the first five and --out are required.
+// The value options of the verb and where each goes. The items come from a tree or from a
+// spreadsheet, exactly one of the two.
 struct Option
 {
     const char* name;
@@ -51,7 +56,8 @@ struct Option
 
 const Option kOptions[] = {
     {"--settings", &RunArguments::settings, true},
-    {"--tree", &RunArguments::tree, true},
+    {"--tree", &RunArguments::tree, false},
+    {"--sheet", &RunArguments::sheet, false},
     {"--database", &RunArguments::database, true},
     {"--standard", &RunArguments::standard, true},
     {"--network-dir", &RunArguments::networkDir, true},
@@ -115,6 +121,11 @@ std::optional<RunArguments> parseArguments(const QStringList& args, QString* pro
             return std::nullopt;
         }
     }
+    if (parsed.tree.isEmpty() == parsed.sheet.isEmpty()) {
+        *problem = parsed.tree.isEmpty() ? QStringLiteral("--tree or --sheet is required")
+                                         : QStringLiteral("give --tree or --sheet, not both");
+        return std::nullopt;
+    }
     return parsed;
 }
 
@@ -125,7 +136,7 @@ QString checkFiles(const RunArguments& run)
     QString problem;
     if (!SettingsEncoding::fromEnvironment(&problem))
         return QStringLiteral("environment: ") + problem;
-    QStringList readable = {run.settings, run.tree};
+    QStringList readable = {run.settings, run.tree.isEmpty() ? run.sheet : run.tree};
     if (!run.drawing.isEmpty())
         readable.append(run.drawing);
     for (const QString& path : std::as_const(readable)) {
@@ -179,12 +190,40 @@ QString writePictures(const RefHost::Drawing& drawing, const QString& folder)
     return {};
 }
 
-// What a run needs: the job and the host holding the drawing.
+// What a run needs: the job, the host holding the drawing, and the trace file, which is put in
+// place only when the run has started (bad input leaves no trace file behind).
 struct PreparedRun
 {
     CEInsAutoJob job;
+    std::unique_ptr<QSaveFile> trace;
     std::unique_ptr<RefHost::ReferenceHost> host;
 };
+
+// Fills the tree from the spreadsheet as the main dialog's "Import" does, in the host: the host's
+// file dialog answers the spreadsheet. The problem, or empty.
+QString importSheet(const RunArguments& run, RefHost::ReferenceHost& host, CTVNodesUtil& tree)
+{
+    host.system().setFileDialogAnswers({run.sheet});
+    ImportDialogState state;
+    ItemImportResult imported;
+    {
+        ScopedHostBinding bound(host.binding());
+        imported = ItemImport(tree, state).run(run.settings);
+    }
+    switch (imported.outcome) {
+    case ItemImportOutcome::Imported:
+        return {};
+    case ItemImportOutcome::MissingProperties:
+        return run.settings +
+               QStringLiteral(": the settings search on properties the database does not know: ") +
+               imported.missingProperties.join(QStringLiteral(", "));
+    case ItemImportOutcome::Failed:
+        return run.sheet + QStringLiteral(": the import failed: ") + imported.error;
+    case ItemImportOutcome::NotRead:
+        break;
+    }
+    return run.sheet + QStringLiteral(": no rows were imported (see the messages above)");
+}
 
 // Reads the inputs in the order a person would fix them; the problem, or empty.
 QString prepare(const RunArguments& run, PreparedRun& prepared)
@@ -193,12 +232,10 @@ QString prepare(const RunArguments& run, PreparedRun& prepared)
         return problem;
 
     CTVNodesUtil tree;
-    if (const ItemTreeJson::ReadResult read = ItemTreeJson::read(run.tree, tree); !read.ok())
-        return read.error;
-    CEInsAutoJobBuildResult built = CEInsAutoJobBuilder::build(run.settings, tree);
-    if (!built.ok())
-        return built.errors.join(QStringLiteral("; "));
-    prepared.job = std::move(built.job);
+    if (!run.tree.isEmpty()) {
+        if (const ItemTreeJson::ReadResult read = ItemTreeJson::read(run.tree, tree); !read.ok())
+            return read.error;
+    }
 
     RefHost::HostOptions options;
     if (!run.drawing.isEmpty()) {
@@ -211,12 +248,26 @@ QString prepare(const RunArguments& run, PreparedRun& prepared)
     options.standard = run.standard;
     options.networkDir = run.networkDir;
     options.language = run.language;
-    // The trace file is the last thing opened, so bad input never leaves one behind.
-    options.traceFile = run.trace;
+    if (!run.trace.isEmpty()) {
+        prepared.trace = std::make_unique<QSaveFile>(run.trace);
+        if (!prepared.trace->open(QIODevice::WriteOnly))
+            return run.trace + QStringLiteral(": cannot write the trace: ") +
+                   prepared.trace->errorString();
+        options.traceDevice = prepared.trace.get();
+    }
     RefHost::ReferenceHost::Created created = RefHost::ReferenceHost::create(std::move(options));
     if (!created.host)
         return created.error;
     prepared.host = std::move(created.host);
+
+    if (!run.sheet.isEmpty()) {
+        if (QString problem = importSheet(run, *prepared.host, tree); !problem.isEmpty())
+            return problem;
+    }
+    CEInsAutoJobBuildResult built = CEInsAutoJobBuilder::build(run.settings, tree);
+    if (!built.ok())
+        return built.errors.join(QStringLiteral("; "));
+    prepared.job = std::move(built.job);
     return {};
 }
 
@@ -248,6 +299,11 @@ int runJob(const QStringList& args, QTextStream& out, QTextStream& err)
     }
     // The module's last text on the command line has no line end of its own.
     prepared.host->console().print(QStringLiteral("\n"));
+    if (prepared.trace && !prepared.trace->commit()) {
+        err << "kvinsertauto run: " << run->trace
+            << ": cannot write the trace: " << prepared.trace->errorString() << "\n";
+        return kExitFailure;
+    }
 
     const RefHost::Drawing& drawing = prepared.host->drawing();
     if (problem = RefHost::DxfDrawingWriter::write(drawing, run->out); !problem.isEmpty()) {

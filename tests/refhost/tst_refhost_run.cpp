@@ -191,10 +191,43 @@ private slots:
         QCOMPARE(after.at(before.size()).layer, a.drawing->currentLayer());
     }
 
+    void importsASpreadsheet()
+    {
+        QTemporaryDir dir;
+        const QString out = dir.filePath(QStringLiteral("sheet.dxf"));
+        const QString trace = dir.filePath(QStringLiteral("trace.jsonl"));
+        QStringList args = baseArguments(out) << QStringLiteral("--trace") << trace;
+        const qsizetype tree = args.indexOf(QStringLiteral("--tree"));
+        args[tree] = QStringLiteral("--sheet");
+        args[tree + 1] = kExamples + QStringLiteral("/sheets/example.xlsx");
+        const Outcome run = runProgram(args);
+        QVERIFY2(run.exitCode == 0, qPrintable(run.err));
+        const DxfDrawingReader::Result read = DxfDrawingReader::read(out);
+        QVERIFY2(read.drawing, qPrintable(read.error));
+        QVERIFY(!read.drawing->references().isEmpty());
+
+        // The import's conversation with the host is in the trace: the file dialog answered
+        // the spreadsheet.
+        QFile traceFile(trace);
+        QVERIFY(traceFile.open(QIODevice::ReadOnly));
+        bool dialog = false;
+        for (const QByteArray& line : traceFile.readAll().split('\n')) {
+            const QJsonObject object = QJsonDocument::fromJson(line).object();
+            if (object.value(QStringLiteral("op")).toString() == u"fileDialog") {
+                QCOMPARE(object.value(QStringLiteral("result")).toInt(), 5100);
+                QCOMPARE(object.value(QStringLiteral("path")).toString(), args[tree + 1]);
+                dialog = true;
+                break;
+            }
+        }
+        QVERIFY(dialog);
+    }
+
     void badInput_data()
     {
-        QTest::addColumn<QString>("option"); // the option to change; "-" removes --out
-        QTest::addColumn<QString>("value");  // %1: the temporary folder
+        // The option to change; "-" removes --out, "sheet" gives --sheet in place of --tree.
+        QTest::addColumn<QString>("option");
+        QTest::addColumn<QString>("value"); // %1: the temporary folder
         QTest::addColumn<QString>("message");
         QTest::newRow("missing out") << "-"
                                      << ""
@@ -229,6 +262,15 @@ private slots:
         QTest::newRow("trace folder missing") << "--trace"
                                               << "%1/no/such/t.jsonl"
                                               << "%1/no/such/t.jsonl: the folder";
+        QTest::newRow("tree and sheet") << "--sheet"
+                                        << "%1/bad.json"
+                                        << "give --tree or --sheet, not both";
+        QTest::newRow("missing sheet") << "sheet"
+                                       << "%1/none.xlsx"
+                                       << "%1/none.xlsx: no such file";
+        QTest::newRow("sheet not a workbook") << "sheet"
+                                              << "%1/bad.json"
+                                              << "%1/bad.json: no rows were imported";
         QTest::newRow("pages is a file") << "--pages"
                                          << "%1/bad.json"
                                          << "%1/bad.json: is a file";
@@ -253,7 +295,11 @@ private slots:
         const QString out = dir.filePath(QStringLiteral("out.dxf"));
         const QString trace = dir.filePath(QStringLiteral("trace.jsonl"));
         QStringList args = baseArguments(out) << QStringLiteral("--trace") << trace;
-        if (option == u"-") {
+        if (option == u"sheet") {
+            const qsizetype tree = args.indexOf(QStringLiteral("--tree"));
+            args[tree] = QStringLiteral("--sheet");
+            args[tree + 1] = value;
+        } else if (option == u"-") {
             args.removeAt(args.indexOf(QStringLiteral("--out")) + 1);
             args.removeAll(QStringLiteral("--out"));
         } else if (const qsizetype at = args.indexOf(option); at >= 0) {
@@ -265,10 +311,14 @@ private slots:
         QCOMPARE(run.exitCode, 2);
         QVERIFY(run.out.isEmpty());
         const QStringList lines = ownLines(run.err);
-        QCOMPARE(lines.size(), 1);
-        QVERIFY2(lines.first().startsWith(QStringLiteral("kvinsertauto run: ")) &&
-                     lines.first().contains(message),
-                 qPrintable(lines.first()));
+        // The import shows its own messages first (a workbook it cannot read); otherwise the
+        // one line is all.
+        QVERIFY(!lines.isEmpty());
+        if (option != u"sheet")
+            QCOMPARE(lines.size(), 1);
+        QVERIFY2(lines.last().startsWith(QStringLiteral("kvinsertauto run: ")) &&
+                     lines.last().contains(message),
+                 qPrintable(lines.join(QLatin1Char('\n'))));
         // Nothing was written.
         QCOMPARE(QDir(dir.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden),
                  QStringList{QStringLiteral("bad.json")});
