@@ -3,7 +3,10 @@
 #include "host/OdRxModule.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
+
+#include <dlfcn.h>
 
 namespace KvHost {
 
@@ -56,11 +59,16 @@ QString ModuleLoader::load(const QString& path)
                         .arg(m_version.text())
                         .arg(SupportedMajor)
                         .arg(SupportedMinor));
-    // The runtime hands the module the handle of its file; the module object keeps it.
-    KVModuleHandle handle = &m_library;
+    // The runtime hands the module the loader's handle of its file; the module object keeps it
+    // (and sets our variable to null), we close it after the object is gone.
+    m_handle = dlopen(QFile::encodeName(m_library.fileName()).constData(), RTLD_LAZY | RTLD_NOLOAD);
+    KVModuleHandle handle = m_handle;
     m_module = create(handle);
-    if (!m_module)
+    if (!m_module) {
+        closeHandle();
         return fail(QStringLiteral("odrxCreateModuleObject answered no module object"));
+    }
+    m_module->addRef();
     m_module->initApp();
     return {};
 }
@@ -69,13 +77,22 @@ void ModuleLoader::unload()
 {
     if (m_module) {
         m_module->uninitApp();
+        m_module->release();
         m_module->deleteModule();
         m_module = nullptr;
     }
+    closeHandle();
     if (m_library.isLoaded()) {
         // The module's commands are gone from the command manager; the code can go too.
         m_library.unload();
     }
+}
+
+void ModuleLoader::closeHandle()
+{
+    if (m_handle)
+        dlclose(m_handle);
+    m_handle = nullptr;
 }
 
 } // namespace KvHost

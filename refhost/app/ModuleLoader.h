@@ -49,9 +49,12 @@ public:
     QString fileName() const { return m_library.fileName(); }
 
 private:
+    void closeHandle();
+
     QLibrary m_library;
     Version m_version;
     OdRxModule* m_module = nullptr;
+    void* m_handle = nullptr; // dlopen's handle of the library, handed to the module object
 };
 
 } // namespace KvHost
