@@ -1,19 +1,15 @@
 #include "LispEnvironment.h"
 
-#include <cmath>
+#include "DrawingVariableNames.h"
+
 #include <numbers>
 
 namespace RefHost {
 
 namespace {
 
-const QString kPageListVariable = QStringLiteral("*L_PAGINAS*");
-const QString kNetworkDirVariable = QStringLiteral("*DIRETORIO_REDE*");
-const QString kStandardVariable = QStringLiteral("*NORMA_UTILIZADA*");
-const QString kBlockNameVariable = QStringLiteral("KV_DWG");
-const QString kKeyVariable = QStringLiteral("KV_KEY");
-const QString kAttributesVariable = QStringLiteral("PBLLSTREGCAUTO");
-const QString kAssociatedVariable = QStringLiteral("PBLLSTVINCAUTO");
+using namespace DrawingVariableNames;
+
 const QString kPageNumberTag = QStringLiteral("PAGE_NUMBER");
 const QString kPageCountTag = QStringLiteral("PAGE_COUNT");
 
@@ -182,7 +178,7 @@ bool LispEnvironment::buildPageLists(const QString&, const LispChain&)
         }
         chain.append(LispItem::listEnd());
     }
-    setVariable(kPageListVariable, chain);
+    setVariable(kPageList, chain);
     return true;
 }
 
@@ -262,22 +258,22 @@ bool LispEnvironment::insertComponent(const QString& name, const LispChain& args
         rotationDegrees = KVString(*rotation).toDoubleLenient() * 180.0 / std::numbers::pi;
 
     const QString keyText = QString::number(*key);
-    const QString standard = m_cad.getVarStr(kStandardVariable, {});
-    const KVString publishedKey = m_cad.getVarStr(kKeyVariable, {}).trimmed();
+    const QString standard = m_cad.getVarStr(kStandard, {});
+    const KVString publishedKey = m_cad.getVarStr(kComponentKey, {}).trimmed();
     const bool published = !publishedKey.isEmpty() && publishedKey.toIntLenient() == *key;
     QString blockName;
     if (published)
-        blockName = m_cad.getVarStr(kBlockNameVariable, {}).trimmed();
+        blockName = m_cad.getVarStr(kBlockName, {}).trimmed();
     else if (m_blockNameLookup)
         blockName = m_blockNameLookup(keyText, standard).trimmed();
     if (blockName.isEmpty())
         return fail(name, published ? QStringLiteral("component %1 has no block name (%2 is empty)")
-                                          .arg(keyText, kBlockNameVariable)
+                                          .arg(keyText, kBlockName)
                                     : QStringLiteral("component %1 has no block name in standard "
                                                      "\"%2\"")
                                           .arg(keyText, standard));
-    const QString path = m_cad.getVarStr(kNetworkDirVariable, {}) + QStringLiteral("DADOS/") +
-                         standard + QStringLiteral("/BLOCOS/") + blockName + QStringLiteral(".dwg");
+    const QString path = m_cad.getVarStr(kNetworkDir, {}) + QStringLiteral("DADOS/") + standard +
+                         QStringLiteral("/BLOCOS/") + blockName + QStringLiteral(".dwg");
     const BlockPlacement placement = m_cad.placeBlock(
         path, blockName, m_drawing.currentLayer(), point->x, point->y, point->z, rotationDegrees);
     if (!placement.succeeded())
@@ -287,12 +283,12 @@ bool LispEnvironment::insertComponent(const QString& name, const LispChain& args
     reference.componentKey = keyText;
     if (!published)
         return true;
-    const QStringList values = listVariable(kAttributesVariable);
+    const QStringList values = listVariable(kAttributes);
     for (AttributeValue& attribute : reference.attributes) {
         if (const std::optional<QString> value = valueForTag(values, attribute.tag))
             attribute.value = *value;
     }
-    reference.associated = listVariable(kAssociatedVariable);
+    reference.associated = listVariable(kAssociated);
     return true;
 }
 

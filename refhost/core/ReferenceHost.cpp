@@ -1,5 +1,6 @@
 #include "ReferenceHost.h"
 
+#include "DrawingVariableNames.h"
 #include "DxfBlockReader.h"
 #include "PathResolver.h"
 
@@ -8,13 +9,6 @@
 #include <QDir>
 
 namespace RefHost {
-
-namespace {
-
-const QString kStandardVariable = QStringLiteral("*NORMA_UTILIZADA*");
-const QString kNetworkDirVariable = QStringLiteral("*DIRETORIO_REDE*");
-
-} // namespace
 
 QString ReferenceHost::networkDirVariableValue(const QString& networkDir)
 {
@@ -102,8 +96,8 @@ ReferenceHost::Created ReferenceHost::create(HostOptions options)
     host->m_palette =
         std::make_unique<StandardPalette>(host->m_electrical->connection(), settings.standard);
 
-    host->m_cad->setVarStr(kStandardVariable, settings.standard);
-    host->m_cad->setVarStr(kNetworkDirVariable, networkDir);
+    host->m_cad->setVarStr(DrawingVariableNames::kStandard, settings.standard);
+    host->m_cad->setVarStr(DrawingVariableNames::kNetworkDir, networkDir);
 
     QIODevice* traceOut = options.traceDevice ? options.traceDevice : host->m_traceFile.get();
     if (traceOut)
