@@ -79,7 +79,6 @@ class TestAppEndToEnd : public QObject
 
 private slots:
     void insertUndoRedoSave();
-    void settingsCommandOpensSettingsDialog();
 };
 
 void TestAppEndToEnd::insertUndoRedoSave()
@@ -206,31 +205,6 @@ void TestAppEndToEnd::insertUndoRedoSave()
     }
     QCOMPARE(titleBlocks, 4);
     QVERIFY(breakerFound);
-}
-
-void TestAppEndToEnd::settingsCommandOpensSettingsDialog()
-{
-    ExampleSetup example;
-    QVERIFY2(example.error.isEmpty(), qPrintable(example.error));
-    KvHost::DesktopHost host(example.settingsFile);
-    host.system().setScriptedAnswers({examplePath(QStringLiteral("settings/example.cfa"))});
-    KvHost::MainWindow window(host);
-    KvHost::AppOptions options;
-    options.pluginFolder = QStringLiteral(KV_MODULE_DIR);
-    KvHost::ModuleLoader loader;
-    QCOMPARE(KvHost::loadModule(options, host, loader), QString());
-    ModalAnswer settingsDialog([](QWidget* dialog) { dialog->close(); });
-    QVERIFY(window.execute(QStringLiteral("VRINSAUTOCONFIG")));
-    QVERIFY(settingsDialog.answered());
-    QCOMPARE(settingsDialog.className(), QStringLiteral("CIConfigAuto"));
-    QCOMPARE(host.system().fileDialogRequests().size(), 1);
-    QCOMPARE(host.system().fileDialogRequests().first().mode, CFxSystemServices::kOpenExisting);
-    // Cancelled picker: no dialog.
-    ModalAnswer none([](QWidget* dialog) { dialog->close(); }, 500);
-    QVERIFY(window.execute(QStringLiteral("VRINSAUTOCONFIG")));
-    QTest::qWait(600);
-    QVERIFY(!none.answered());
-    QCOMPARE(host.system().fileDialogRequests().size(), 2);
 }
 
 QTEST_MAIN(TestAppEndToEnd)

@@ -47,6 +47,7 @@ private slots:
     void refusesLibraryWithoutExports();
     void missingLibraryIsNamed();
     void loadsModuleCommands();
+    void settingsCommandOpensSettingsDialog();
 
     void settingsPersist();
     void settingsDialogEditsEverySetting();
@@ -461,6 +462,29 @@ void TestAppHost::pagesMoveWithCommandsAndList()
     QCOMPARE(host.drawing().currentLayer(), QStringLiteral("PAGE$1"));
     QVERIFY(window.execute(QStringLiteral("PREVPAGE")));
     QVERIFY(window.outputPane()->toPlainText().contains(QStringLiteral("This is the first page")));
+}
+
+void TestAppHost::settingsCommandOpensSettingsDialog()
+{
+    KvHost::DesktopHost host(m_example->settingsFile);
+    host.system().setScriptedAnswers({examplePath(QStringLiteral("settings/example.cfa"))});
+    KvHost::MainWindow window(host);
+    KvHost::AppOptions options;
+    options.pluginFolder = QStringLiteral(KV_MODULE_DIR);
+    KvHost::ModuleLoader loader;
+    QCOMPARE(KvHost::loadModule(options, host, loader), QString());
+    ModalAnswer settingsDialog([](QWidget* dialog) { dialog->close(); });
+    QVERIFY(window.execute(QStringLiteral("VRINSAUTOCONFIG")));
+    QVERIFY(settingsDialog.answered());
+    QCOMPARE(settingsDialog.className(), QStringLiteral("CIConfigAuto"));
+    QCOMPARE(host.system().fileDialogRequests().size(), 1);
+    QCOMPARE(host.system().fileDialogRequests().first().mode, CFxSystemServices::kOpenExisting);
+    // Cancelled picker: no dialog.
+    ModalAnswer none([](QWidget* dialog) { dialog->close(); }, 500);
+    QVERIFY(window.execute(QStringLiteral("VRINSAUTOCONFIG")));
+    QTest::qWait(600);
+    QVERIFY(!none.answered());
+    QCOMPARE(host.system().fileDialogRequests().size(), 2);
 }
 
 QTEST_MAIN(TestAppHost)
