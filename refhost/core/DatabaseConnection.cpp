@@ -5,6 +5,7 @@
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QUrl>
+#include <QUrlQuery>
 
 namespace RefHost {
 
@@ -27,6 +28,34 @@ QString runSetup(const QSqlDatabase& db, const QString& sql, QString* firstValue
     return {};
 }
 
+// A value of a libpq connection string, quoted so that blanks and quotes survive.
+QString conninfoValue(const QString& value)
+{
+    QString escaped = value;
+    escaped.replace(QLatin1Char('\\'), QStringLiteral("\\\\"));
+    escaped.replace(QLatin1Char('\''), QStringLiteral("\\'"));
+    return QLatin1Char('\'') + escaped + QLatin1Char('\'');
+}
+
+// The connection parameters of the URL's query (libpq names: "sslmode", "options", ...; "host"
+// is taken as the host), with every transaction of the session made read-only. Options given in
+// the URL are kept after the read-only one.
+QString postgresConnectOptions(const QUrlQuery& query)
+{
+    QString serverOptions = QStringLiteral("-c default_transaction_read_only=on");
+    QStringList parameters{QStringLiteral("connect_timeout=10")};
+    for (const auto& [key, value] : query.queryItems(QUrl::FullyDecoded)) {
+        if (key == u"host")
+            continue;
+        if (key == u"options")
+            serverOptions += QLatin1Char(' ') + value;
+        else
+            parameters.append(key + QLatin1Char('=') + conninfoValue(value));
+    }
+    parameters.append(QStringLiteral("options=") + conninfoValue(serverOptions));
+    return parameters.join(QLatin1Char(';'));
+}
+
 } // namespace
 
 bool DatabaseConnection::isPostgresUrl(const QString& spec)
@@ -46,8 +75,12 @@ DatabaseConnection::Opened DatabaseConnection::open(const QString& spec)
         if (postgres) {
             const QUrl url(spec, QUrl::StrictMode);
             description = url.toString(QUrl::RemovePassword);
+            const QUrlQuery query(url);
+            const QString host = query.hasQueryItem(QStringLiteral("host"))
+                                     ? query.queryItemValue(QStringLiteral("host"))
+                                     : url.host();
             const QString database = url.path().mid(1);
-            if (!url.isValid() || url.host().isEmpty() || database.isEmpty()) {
+            if (!url.isValid() || host.isEmpty() || database.isEmpty()) {
                 result.error = QStringLiteral("%1: not a PostgreSQL URL "
                                               "(postgresql://user@host:port/database)")
                                    .arg(description);
@@ -60,13 +93,12 @@ DatabaseConnection::Opened DatabaseConnection::open(const QString& spec)
                 return result;
             }
             db = QSqlDatabase::addDatabase(QStringLiteral("QPSQL"), name);
-            db.setHostName(url.host());
+            db.setHostName(host);
             db.setPort(url.port(5432));
             db.setDatabaseName(database);
-            db.setUserName(url.userName());
-            db.setPassword(url.password());
-            db.setConnectOptions(
-                QStringLiteral("connect_timeout=10;options='-c default_transaction_read_only=on'"));
+            db.setUserName(url.userName(QUrl::FullyDecoded));
+            db.setPassword(url.password(QUrl::FullyDecoded));
+            db.setConnectOptions(postgresConnectOptions(query));
         } else {
             const QFileInfo file(spec);
             if (!file.isFile()) {

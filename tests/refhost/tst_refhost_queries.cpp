@@ -4,6 +4,7 @@
 #include "StandardPalette.h"
 
 #include <QBuffer>
+#include <QCoreApplication>
 #include <QCryptographicHash>
 #include <QTemporaryDir>
 #include <QTest>
@@ -111,8 +112,14 @@ private:
             writable = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), m_writableName);
             writable.setDatabaseName(m_spec);
         } else {
-            m_spec = postgresUrl();
-            const QUrl url(m_spec);
+            // A schema of this test's own, so that tests running at the same time on the same
+            // server do not meet; the host reaches it through the URL's connection options.
+            m_schema = QStringLiteral("kvref_queries_%1_%2")
+                           .arg(QCoreApplication::applicationPid())
+                           .arg(m_connectionCount);
+            QUrl url(postgresUrl());
+            url.setQuery(QStringLiteral("options=-csearch_path%3D") + m_schema);
+            m_spec = url.toString();
             writable = QSqlDatabase::addDatabase(QStringLiteral("QPSQL"), m_writableName);
             writable.setHostName(url.host());
             writable.setPort(url.port(5432));
@@ -125,7 +132,12 @@ private:
             return false;
         }
         if (backend == u"postgresql") {
-            CoreTest::execAll(writable, {QStringLiteral("SET client_min_messages = warning")});
+            m_setupError = CoreTest::execAll(
+                writable, {QStringLiteral("SET client_min_messages = warning"),
+                           QStringLiteral("CREATE SCHEMA %1").arg(m_schema),
+                           QStringLiteral("SET search_path TO %1").arg(m_schema)});
+            if (!m_setupError.isEmpty())
+                return false;
             m_setupError = CoreTest::execAll(writable, CoreTest::standardDatabaseStatements());
             if (!m_setupError.isEmpty())
                 return false;
@@ -161,6 +173,11 @@ private slots:
     {
         m_services.reset();
         if (!m_writableName.isEmpty()) {
+            if (!m_schema.isEmpty()) {
+                CoreTest::execAll(QSqlDatabase::database(m_writableName),
+                                  {QStringLiteral("DROP SCHEMA %1 CASCADE").arg(m_schema)});
+                m_schema.clear();
+            }
             QSqlDatabase::database(m_writableName).close();
             QSqlDatabase::removeDatabase(m_writableName);
             m_writableName.clear();
@@ -187,6 +204,34 @@ private slots:
         QCOMPARE(columnNames(all), (QStringList{"KV_KEY", "KV_KEY_NOR", "KV_DWG", "MENU_DESCR",
                                                 "KV_EXPLODE", "LARGURA"}));
         QCOMPARE(all.getResult().size(), 2);
+    }
+
+    void connectionOptionsOfTheUrl()
+    {
+        if (postgresUrl().isEmpty())
+            QSKIP("KV_TEST_PGURL is not set: no PostgreSQL server to test against "
+                  "(scripts/test.sh starts a throw-away one)");
+        QVERIFY2(setUpBackend(QStringLiteral("postgresql")), qPrintable(m_setupError));
+        const CVRQueryResponse response =
+            m_services->RunQuery(std::make_shared<TextQuery>(QStringLiteral(
+                "SELECT current_schema(), current_setting('default_transaction_read_only'), "
+                "current_setting('application_name')")));
+        QVERIFY2(response.succeeded(), qPrintable(response.errorText()));
+        QCOMPARE(rowTexts(response), QStringList{m_schema + QStringLiteral("|on|")});
+
+        // Further parameters, with blanks in their value, reach the server as well.
+        QUrl url(m_spec);
+        url.setQuery(QStringLiteral("options=-csearch_path%3D") + m_schema +
+                     QStringLiteral("&application_name=kv%20reference%20host"));
+        DatabaseConnection::Opened opened =
+            DatabaseConnection::open(url.toString(QUrl::FullyEncoded));
+        QVERIFY2(opened.connection, qPrintable(opened.error));
+        QSqlQuery query(opened.connection->database());
+        QVERIFY(query.exec(QStringLiteral("SELECT current_setting('application_name'), "
+                                          "current_schema()")));
+        QVERIFY(query.next());
+        QCOMPARE(query.value(0).toString(), QStringLiteral("kv reference host"));
+        QCOMPARE(query.value(1).toString(), m_schema);
     }
 
     void customPropertiesQueryOfTheModule_data() { addBackends(); }
@@ -447,6 +492,7 @@ private:
     std::unique_ptr<ElectricalServices> m_services;
     QString m_spec;
     QString m_writableName;
+    QString m_schema; // PostgreSQL: the test's own schema
     QString m_setupError;
     int m_connectionCount = 0;
 };
