@@ -101,8 +101,12 @@ QStringList installTranslations(const AppOptions& options, const QString& langua
     QStringList folders;
     if (!options.translationsFolder.isEmpty())
         folders.append(options.translationsFolder);
-    folders << QDir(here).filePath(QStringLiteral("translations")) << here
-            << QLibraryInfo::path(QLibraryInfo::TranslationsPath);
+    folders << QDir(here).filePath(QStringLiteral("translations")) << here;
+#ifdef KVHOST_BUILD_TRANSLATIONS_DIR
+    // In the build tree the module's catalogues are compiled into one folder.
+    folders << QStringLiteral(KVHOST_BUILD_TRANSLATIONS_DIR);
+#endif
+    folders << QLibraryInfo::path(QLibraryInfo::TranslationsPath);
     QStringList loaded;
     for (const QString& name : {QStringLiteral("kvinsertauto"), QStringLiteral("kvofficesystem"),
                                 QStringLiteral("kvhost"), QStringLiteral("qtbase")}) {

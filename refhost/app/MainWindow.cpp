@@ -32,11 +32,20 @@ namespace {
 
 const QString kDrawingFilter = QStringLiteral("Drawing (*.dxf)|*.dxf||&*.dxf&&");
 
-QString pageText(const RefHost::Page& page)
+// The title the page's title block shows ("PAGE_TITLE"), else the page's own title when it has
+// one other than its layer name.
+QString pageTitle(const RefHost::Drawing& drawing, const RefHost::Page& page)
 {
-    return page.title.isEmpty() || page.title == page.layer
-               ? page.layer
-               : QStringLiteral("%1  (%2)").arg(page.title, page.layer);
+    for (const RefHost::BlockReference& reference : drawing.references()) {
+        if (reference.layer.compare(page.layer, Qt::CaseInsensitive) != 0)
+            continue;
+        for (const RefHost::AttributeValue& attribute : reference.attributes) {
+            if (attribute.tag.compare(QLatin1String("PAGE_TITLE"), Qt::CaseInsensitive) == 0 &&
+                !attribute.value.trimmed().isEmpty())
+                return attribute.value.trimmed();
+        }
+    }
+    return page.title == page.layer ? QString() : page.title;
 }
 
 } // namespace
@@ -48,12 +57,13 @@ MainWindow::MainWindow(DesktopHost& host, QWidget* parent) : QMainWindow(parent)
 
     m_pages = new QTreeWidget(this);
     m_pages->setObjectName(QStringLiteral("pages"));
-    m_pages->setHeaderLabels({tr("Pages"), tr("Symbols")});
+    m_pages->setHeaderLabels({tr("Page"), tr("Title"), tr("Symbols")});
     m_pages->header()->setStretchLastSection(false);
-    m_pages->header()->setSectionResizeMode(0, QHeaderView::Stretch);
-    m_pages->header()->setSectionResizeMode(1, QHeaderView::ResizeToContents);
+    m_pages->header()->setSectionResizeMode(0, QHeaderView::ResizeToContents);
+    m_pages->header()->setSectionResizeMode(1, QHeaderView::Stretch);
+    m_pages->header()->setSectionResizeMode(2, QHeaderView::ResizeToContents);
     m_pages->setRootIsDecorated(true);
-    m_pages->setMinimumWidth(200);
+    m_pages->setMinimumWidth(240);
 
     m_view = new PageView(this);
     m_view->setObjectName(QStringLiteral("pageView"));
@@ -96,7 +106,7 @@ MainWindow::MainWindow(DesktopHost& host, QWidget* parent) : QMainWindow(parent)
     main->addWidget(m_pages);
     main->addWidget(right);
     main->setStretchFactor(1, 1);
-    main->setSizes({230, 1000});
+    main->setSizes({260, 1000});
     setCentralWidget(main);
 
     m_pageLabel = new QLabel(this);
@@ -141,8 +151,8 @@ QStringList MainWindow::hostCommandNames()
 {
     return {QStringLiteral("NEW"),      QStringLiteral("OPEN"),     QStringLiteral("SAVE"),
             QStringLiteral("SAVEAS"),   QStringLiteral("UNDO"),     QStringLiteral("REDO"),
-            QStringLiteral("NEXTPAGE"), QStringLiteral("PREVPAGE"), QStringLiteral("ZOOM"),
-            QStringLiteral("SETTINGS")};
+            QStringLiteral("NEXTPAGE"), QStringLiteral("PREVPAGE"), QStringLiteral("PAGE"),
+            QStringLiteral("ZOOM"),     QStringLiteral("SETTINGS")};
 }
 
 void MainWindow::registerHostCommands()
@@ -176,6 +186,13 @@ void MainWindow::registerHostCommands()
     add(QStringLiteral("PREVPAGE"), [this]() {
         if (!m_host.stepPage(-1))
             appendOutput(tr("This is the first page\n"));
+    });
+    add(QStringLiteral("PAGE"), [this]() {
+        if (!m_host.setCurrentPage(m_arguments.trimmed()))
+            appendOutput(tr("No page \"%1\"; the pages are %2\n")
+                             .arg(m_arguments.trimmed(),
+                                  m_host.drawing().pageLayers().join(QStringLiteral(", "))),
+                         true);
     });
     add(QStringLiteral("ZOOM"), [this]() { zoom(m_arguments); });
     add(QStringLiteral("SETTINGS"), [this]() { editSettings(); });
@@ -240,7 +257,12 @@ void MainWindow::buildMenus()
     bar->addActions({previous, next, extents});
     bar->addSeparator();
     run->setIcon(style->standardIcon(QStyle::SP_MediaPlay));
+    run->setIconText(tr("Insert"));
     config->setIcon(style->standardIcon(QStyle::SP_FileDialogDetailedView));
+    config->setIconText(tr("Insertion settings"));
+    previous->setIconText(tr("Previous"));
+    next->setIconText(tr("Next"));
+    extents->setIconText(tr("Extents"));
     bar->addActions({run, config});
 }
 
@@ -309,9 +331,10 @@ void MainWindow::refreshPages()
         groupItem->setFont(0, bold);
         for (const RefHost::Page& page : group.pages) {
             auto* pageItem = new QTreeWidgetItem(
-                groupItem, {pageText(page), QString::number(counts.value(page.layer.toUpper()))});
+                groupItem, {page.layer, pageTitle(drawing, page),
+                            QString::number(counts.value(page.layer.toUpper()))});
             pageItem->setData(0, Qt::UserRole, page.layer);
-            pageItem->setTextAlignment(1, Qt::AlignRight);
+            pageItem->setTextAlignment(2, Qt::AlignRight);
             if (page.layer.compare(drawing.currentLayer(), Qt::CaseInsensitive) == 0)
                 current = pageItem;
         }
@@ -322,6 +345,7 @@ void MainWindow::refreshPages()
         QFont bold = current->font(0);
         bold.setBold(true);
         current->setFont(0, bold);
+        current->setFont(1, bold);
     }
     m_refreshingPages = false;
 }

@@ -16,7 +16,8 @@ class PageView;
 
 // The desktop host's window: page groups and pages on the left, the current page in the middle,
 // the command-line output under it and the command line at the bottom. The host's own commands
-// (NEW, OPEN, SAVE, SAVEAS, UNDO, REDO, NEXTPAGE, PREVPAGE, ZOOM, SETTINGS) live in the same
+// (NEW, OPEN, SAVE, SAVEAS, UNDO, REDO, NEXTPAGE, PREVPAGE, PAGE, ZOOM,
+// SETTINGS) live in the same
 // command manager as the module's, so the command line, the menus and the completion list treat
 // them alike.
 class MainWindow final : public QMainWindow
