@@ -40,6 +40,7 @@ int main(int argc, char* argv[])
         if (!options->noModule) {
             if (const QString problem = KvHost::loadModule(*options, host, loader);
                 !problem.isEmpty()) {
+                std::fprintf(stderr, "kvhost: %s\n", qPrintable(problem));
                 window.appendOutput(problem + QLatin1Char('\n'), true);
                 host.system().ShowMessageBox(MessageKind::Critical, 0, {}, problem);
             } else {

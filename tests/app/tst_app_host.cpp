@@ -25,6 +25,7 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPlainTextEdit>
+#include <QProcess>
 #include <QSettings>
 #include <QTest>
 #include <QThread>
@@ -46,6 +47,7 @@ private slots:
     void refusesUnsupportedVersion();
     void refusesLibraryWithoutExports();
     void missingLibraryIsNamed();
+    void programRefusesUnsupportedModule();
     void loadsModuleCommands();
     void settingsCommandOpensSettingsDialog();
 
@@ -144,6 +146,32 @@ void TestAppHost::missingLibraryIsNamed()
     KvHost::ModuleLoader loader;
     const QString path = KvHost::ModuleLoader::libraryPath(dir.path());
     QCOMPARE(loader.load(path), path + QStringLiteral(": the module library was not found"));
+}
+
+void TestAppHost::programRefusesUnsupportedModule()
+{
+    // The program itself, started on a plug-in folder whose module was built for 25.8.
+    QTemporaryDir plugins;
+    const QString library = KvHost::ModuleLoader::libraryPath(plugins.path());
+    QVERIFY(QFile::copy(QStringLiteral(KV_FAKE_OLD_MODULE), library));
+    QProcess program;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+    // Scripted: the message box is written, not shown.
+    environment.insert(QStringLiteral("KVHOST_FILE_DIALOG_ANSWERS"), QString());
+    program.setProcessEnvironment(environment);
+    const QString picture = plugins.filePath(QStringLiteral("window.png"));
+    program.start(QStringLiteral(KV_KVHOST_PROGRAM),
+                  {QStringLiteral("--config"), m_example->settingsFile, QStringLiteral("--plugins"),
+                   plugins.path(), QStringLiteral("--screenshot"), picture});
+    QVERIFY(program.waitForFinished(30000));
+    const QString errors = QString::fromLocal8Bit(program.readAllStandardError());
+    QCOMPARE(program.exitCode(), 0);
+    QVERIFY2(errors.contains(QStringLiteral("kvhost: %1: the module was built for runtime "
+                                            "interface 25.8.0.1234; this host supports 26.8")
+                                 .arg(library)),
+             qPrintable(errors));
+    QVERIFY(QFileInfo(picture).size() > 0);
 }
 
 void TestAppHost::loadsModuleCommands()
