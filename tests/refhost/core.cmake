@@ -14,6 +14,6 @@ endif()
 # The run verb of the command-line program, run as a separate process on the example standard.
 if(TARGET kvinsertauto AND TARGET kvref_dxf)
     kv_add_test(tst_refhost_run SOURCES ${CMAKE_CURRENT_LIST_DIR}/tst_refhost_run.cpp
-        LIBS kvref_dxf)
+        LIBS kvref_dxf Qt6::Sql)
     add_dependencies(tst_refhost_run kvinsertauto)
 endif()

@@ -1,12 +1,18 @@
 #include "DxfDrawingReader.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
+#include <QScopeGuard>
+#include <QSqlDatabase>
+#include <QSqlError>
+#include <QSqlQuery>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QUrl>
 
 using namespace RefHost;
 
@@ -221,6 +227,82 @@ private slots:
             }
         }
         QVERIFY(dialog);
+    }
+
+    // The same job on the same standard loaded into PostgreSQL places the same blocks with the
+    // same attribute values.
+    void sameDrawingOnPostgres()
+    {
+        const QString server = qEnvironmentVariable("KV_TEST_PGURL");
+        if (server.isEmpty())
+            QSKIP("KV_TEST_PGURL is not set: no PostgreSQL server to test against "
+                  "(scripts/test.sh starts a throw-away one)");
+        // A schema of this test's own, created and dropped through a connection of its own.
+        const QString schema =
+            QStringLiteral("kvref_run_%1").arg(QCoreApplication::applicationPid());
+        const QUrl serverUrl(server);
+        {
+            QSqlDatabase admin = QSqlDatabase::addDatabase(QStringLiteral("QPSQL"), schema);
+            admin.setHostName(serverUrl.host());
+            admin.setPort(serverUrl.port(5432));
+            admin.setDatabaseName(serverUrl.path().mid(1));
+            admin.setUserName(serverUrl.userName());
+            admin.setPassword(serverUrl.password());
+            QVERIFY2(admin.open(), qPrintable(admin.lastError().text()));
+            QSqlQuery create(admin);
+            create.exec(QStringLiteral("SET client_min_messages = warning"));
+            QVERIFY2(create.exec(QStringLiteral("CREATE SCHEMA %1").arg(schema)),
+                     qPrintable(create.lastError().text()));
+        }
+        auto dropSchema = qScopeGuard([&schema] {
+            {
+                QSqlQuery drop(QSqlDatabase::database(schema));
+                drop.exec(QStringLiteral("DROP SCHEMA %1 CASCADE").arg(schema));
+            }
+            QSqlDatabase::database(schema).close();
+            QSqlDatabase::removeDatabase(schema);
+        });
+        QUrl url(server);
+        url.setQuery(QStringLiteral("options=-csearch_path%3D") + schema);
+        const QString database = url.toString(QUrl::FullyEncoded);
+        const Outcome loaded =
+            runProgram({QStringLiteral("load-standard"), QStringLiteral("--database"), database,
+                        kExamples + QStringLiteral("/standard/schema.sql"),
+                        kExamples + QStringLiteral("/standard/data.sql")});
+        QVERIFY2(loaded.exitCode == 0, qPrintable(loaded.err));
+
+        QTemporaryDir dir;
+        const QString onSqlite = dir.filePath(QStringLiteral("sqlite.dxf"));
+        const QString onPostgres = dir.filePath(QStringLiteral("postgres.dxf"));
+        const Outcome a = runProgram(baseArguments(onSqlite));
+        QVERIFY2(a.exitCode == 0, qPrintable(a.err));
+        QStringList args = baseArguments(onPostgres);
+        args[args.indexOf(QStringLiteral("--database")) + 1] = database;
+        const Outcome b = runProgram(args);
+        QVERIFY2(b.exitCode == 0, qPrintable(b.err));
+        QCOMPARE(errorLines(b.err), errorLines(a.err));
+        QCOMPARE(b.out, QString(a.out).replace(onSqlite, onPostgres));
+
+        const DxfDrawingReader::Result x = DxfDrawingReader::read(onSqlite);
+        const DxfDrawingReader::Result y = DxfDrawingReader::read(onPostgres);
+        QVERIFY2(x.drawing && y.drawing, qPrintable(x.error + y.error));
+        QCOMPARE(y.drawing->pageLayers(), x.drawing->pageLayers());
+        const QList<BlockReference>& left = x.drawing->references();
+        const QList<BlockReference>& right = y.drawing->references();
+        QCOMPARE(right.size(), left.size());
+        for (qsizetype i = 0; i < left.size(); ++i) {
+            QCOMPARE(right.at(i).blockName, left.at(i).blockName);
+            QCOMPARE(right.at(i).layer, left.at(i).layer);
+            QCOMPARE(right.at(i).x, left.at(i).x);
+            QCOMPARE(right.at(i).y, left.at(i).y);
+            QCOMPARE(right.at(i).componentKey, left.at(i).componentKey);
+            QCOMPARE(right.at(i).associated, left.at(i).associated);
+            QCOMPARE(right.at(i).attributes.size(), left.at(i).attributes.size());
+            for (qsizetype k = 0; k < left.at(i).attributes.size(); ++k) {
+                QCOMPARE(right.at(i).attributes.at(k).tag, left.at(i).attributes.at(k).tag);
+                QCOMPARE(right.at(i).attributes.at(k).value, left.at(i).attributes.at(k).value);
+            }
+        }
     }
 
     void badInput_data()
