@@ -68,24 +68,29 @@ QString silentReadProblem(const QString& sheetPath)
                            .arg(sheet);
 }
 
-// One line for an import that did not complete.
-QString failureLine(const ItemImportResult& result, const QStringList& messages,
+// One line for an import that did not complete. `messages` are the texts of the message boxes
+// the import showed, when the caller held them back; `messagesShown` says whether it showed
+// any.
+QString failureLine(const ItemImportResult& result, const QStringList& messages, bool messagesShown,
                     const QString& settingsPath, const QString& sheetPath)
 {
-    const QString message = messages.value(0);
     switch (result.outcome) {
     case ItemImportOutcome::Imported:
         return {};
     case ItemImportOutcome::MissingProperties:
-        return settingsPath + QStringLiteral(": ") + message;
+        return settingsPath + QStringLiteral(": ") +
+               ItemImport::missingPropertiesMessage(result.missingProperties);
     case ItemImportOutcome::Failed:
         return settingsPath + QStringLiteral(": the field lines do not match the columns read: ") +
                result.error;
     case ItemImportOutcome::NotRead:
         break;
     }
-    if (message.isEmpty())
+    if (!messagesShown)
         return silentReadProblem(sheetPath);
+    const QString message = messages.value(0);
+    if (message.isEmpty())
+        return sheetPath + QStringLiteral(": no rows were imported (see the messages above)");
     // Without field lines there is no column to look for.
     if (message == kvTr("Error loading data from spreadsheet."))
         return settingsPath + QStringLiteral(": no field lines: ") + message;
@@ -130,6 +135,30 @@ QString checkImportFiles(const QString& settingsPath, const QString& sheetPath)
     return {};
 }
 
+QString importInto(RefHost::ReferenceHost& host, const QString& settingsPath,
+                   const QString& sheetPath, CTVNodesUtil& tree, ImportDialogState& state,
+                   HeldErrorStream* held)
+{
+    host.system().setFileDialogAnswers({sheetPath});
+    const int messagesBefore = host.system().messageCount();
+    if (held)
+        held->hold();
+    ItemImportResult result;
+    {
+        ScopedHostBinding bound(host.binding());
+        ItemImport itemImport(tree, state);
+        result = itemImport.run(settingsPath);
+    }
+    const QByteArray heldText = held ? held->release() : QByteArray();
+    const QString problem =
+        failureLine(result, messageTexts(heldText), host.system().messageCount() > messagesBefore,
+                    settingsPath, sheetPath);
+    // After a complete import, what was held back is not the failure's: it goes out as usual.
+    if (problem.isEmpty() && held)
+        held->write(heldText);
+    return problem;
+}
+
 QString importSheet(RefHost::HostOptions options, const QString& settingsPath,
                     const QString& sheetPath, ImportSession& session)
 {
@@ -140,26 +169,14 @@ QString importSheet(RefHost::HostOptions options, const QString& settingsPath,
     session.console = std::make_unique<RefHost::Console>(
         session.outputStream.get(), session.errorStream.get(), ::isatty(::fileno(stderr)) == 1);
     options.console = session.console.get();
-    options.fileDialogAnswers = {sheetPath};
 
     RefHost::ReferenceHost::Created created = RefHost::ReferenceHost::create(std::move(options));
     if (!created.host)
         return created.error;
     session.host = std::move(created.host);
     session.tree = std::make_unique<CTVNodesUtil>();
-
-    session.errorStream->hold();
-    {
-        ScopedHostBinding bound(session.host->binding());
-        ItemImport import(*session.tree, session.state);
-        session.result = import.run(settingsPath);
-    }
-    const QByteArray held = session.errorStream->release();
-    const QString problem =
-        failureLine(session.result, messageTexts(held), settingsPath, sheetPath);
-    if (problem.isEmpty())
-        session.errorStream->write(held);
-    return problem;
+    return importInto(*session.host, settingsPath, sheetPath, *session.tree, session.state,
+                      session.errorStream.get());
 }
 
 } // namespace CliImport

@@ -50,17 +50,24 @@ struct ImportSession
     std::unique_ptr<RefHost::ReferenceHost> host;
     std::unique_ptr<CTVNodesUtil> tree;
     ImportDialogState state;
-    ItemImportResult result;
 };
 
 // Empty when the settings file and the workbook are files that can be read; otherwise the
 // problem, naming the file.
 QString checkImportFiles(const QString& settingsPath, const QString& sheetPath);
 
-// Makes the host from `options` (the console and the file-dialog answer are set here) and
-// imports the workbook `sheetPath` with the settings file `settingsPath`. Empty on success;
-// otherwise one line naming the file and the problem, in which the warning that the import
-// showed is included instead of being written on its own.
+// Imports the workbook `sheetPath` into `tree` with the settings file `settingsPath`, in `host`
+// (its file dialog is made to answer `sheetPath`), as the main dialog's "Import" does; `state`
+// is the dialog's state that the import changes. Empty when every row became an item;
+// otherwise one line naming the file and the problem. When `held` is given it is the host's
+// error stream: the import's messages are held back and the line carries the message instead;
+// otherwise the messages are on the error stream already and the line points to them.
+QString importInto(RefHost::ReferenceHost& host, const QString& settingsPath,
+                   const QString& sheetPath, CTVNodesUtil& tree, ImportDialogState& state,
+                   HeldErrorStream* held = nullptr);
+
+// Makes the host from `options` (its console writes to stdout and to a held-back error stream)
+// and imports into a new tree with importInto(). Empty on success; otherwise the one line.
 QString importSheet(RefHost::HostOptions options, const QString& settingsPath,
                     const QString& sheetPath, ImportSession& session);
 

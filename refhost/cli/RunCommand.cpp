@@ -2,6 +2,7 @@
 // imported from a spreadsheet), runs it in the reference host on a drawing (a DXF file, or a new
 // drawing with page PAGE$1), and writes the drawing as DXF and, when asked, one picture per page.
 #include "CliCommand.h"
+#include "ImportCommand.h"
 
 #include "DxfDrawingReader.h"
 #include "DxfDrawingWriter.h"
@@ -11,7 +12,6 @@
 #include "engine/CEInsAutoJobBuilder.h"
 #include "engine/CInsAutoLogic.h"
 #include "host/HostBinding.h"
-#include "import/ItemImport.h"
 #include "maindialog/CTVNodesUtil.h"
 #include "maindialog/ItemTreeJson.h"
 #include "settings/SettingsEncoding.h"
@@ -199,32 +199,6 @@ struct PreparedRun
     std::unique_ptr<RefHost::ReferenceHost> host;
 };
 
-// Fills the tree from the spreadsheet as the main dialog's "Import" does, in the host: the host's
-// file dialog answers the spreadsheet. The problem, or empty.
-QString importSheet(const RunArguments& run, RefHost::ReferenceHost& host, CTVNodesUtil& tree)
-{
-    host.system().setFileDialogAnswers({run.sheet});
-    ImportDialogState state;
-    ItemImportResult imported;
-    {
-        ScopedHostBinding bound(host.binding());
-        imported = ItemImport(tree, state).run(run.settings);
-    }
-    switch (imported.outcome) {
-    case ItemImportOutcome::Imported:
-        return {};
-    case ItemImportOutcome::MissingProperties:
-        return run.settings +
-               QStringLiteral(": the settings search on properties the database does not know: ") +
-               imported.missingProperties.join(QStringLiteral(", "));
-    case ItemImportOutcome::Failed:
-        return run.sheet + QStringLiteral(": the import failed: ") + imported.error;
-    case ItemImportOutcome::NotRead:
-        break;
-    }
-    return run.sheet + QStringLiteral(": no rows were imported (see the messages above)");
-}
-
 // Reads the inputs in the order a person would fix them; the problem, or empty.
 QString prepare(const RunArguments& run, PreparedRun& prepared)
 {
@@ -261,7 +235,11 @@ QString prepare(const RunArguments& run, PreparedRun& prepared)
     prepared.host = std::move(created.host);
 
     if (!run.sheet.isEmpty()) {
-        if (QString problem = importSheet(run, *prepared.host, tree); !problem.isEmpty())
+        // The import verb's own import, in the host of the run.
+        ImportDialogState state;
+        if (QString problem =
+                CliImport::importInto(*prepared.host, run.settings, run.sheet, tree, state);
+            !problem.isEmpty())
             return problem;
     }
     CEInsAutoJobBuildResult built = CEInsAutoJobBuilder::build(run.settings, tree);

@@ -393,8 +393,8 @@ ItemImportResult ItemImport::run(const KVString& settingsPath, ItemListControlle
     state.headers.separatorMode = list.separatorMode();
     state.itemCount = list.itemCount();
     state.lastItemNumber = list.lastItemNumber();
-    ItemImport import(list.tree(), state);
-    const ItemImportResult result = import.run(settingsPath);
+    ItemImport itemImport(list.tree(), state);
+    const ItemImportResult result = itemImport.run(settingsPath);
     if (result.outcome == ItemImportOutcome::NotRead)
         return result;
     list.setSeparatorMode(state.headers.separatorMode);

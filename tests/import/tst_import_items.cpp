@@ -595,8 +595,8 @@ void tst_import_items::cancelledFileDialogKeepsTheTree()
     ItemImportResult result;
     {
         const auto installed = host.install();
-        ItemImport import(tree, state);
-        result = import.run(cfa);
+        ItemImport itemImport(tree, state);
+        result = itemImport.run(cfa);
     }
     QCOMPARE(result.outcome, ItemImportOutcome::NotRead);
     QCOMPARE(result.insertionEnabled, std::optional<bool>(treeHasItem));
@@ -656,8 +656,8 @@ void tst_import_items::misalignedListsStopTheImport()
     ItemImportResult result;
     {
         const auto installed = host.install();
-        ItemImport import(tree, state);
-        result = import.build(sheet);
+        ItemImport itemImport(tree, state);
+        result = itemImport.build(sheet);
     }
     QCOMPARE(result.outcome, ItemImportOutcome::Failed);
     QCOMPARE(result.error, expectedError);
@@ -692,12 +692,11 @@ void tst_import_items::busyIndicator()
         ImportDialogState state;
         QList<bool> seen;
         const auto installed = host.install();
-        ItemImport import(tree, state);
-        import.setBusyIndicator([&](bool busy) { seen.append(busy);
-    });
-    import.run(c.settings);
-    QCOMPARE(seen, c.expected);
-}
+        ItemImport itemImport(tree, state);
+        itemImport.setBusyIndicator([&](bool busy) { seen.append(busy); });
+        itemImport.run(c.settings);
+        QCOMPARE(seen, c.expected);
+    }
 }
 
 void tst_import_items::mainDialogList()

@@ -266,8 +266,8 @@ inline ItemImportResult runImport(TestHost& host, CTVNodesUtil& tree, ImportDial
 {
     host.system().queueFileDialogAnswer(KV_RESULT_OK, workbookPath);
     const auto installed = host.install();
-    ItemImport import(tree, state);
-    return import.run(settingsPath);
+    ItemImport itemImport(tree, state);
+    return itemImport.run(settingsPath);
 }
 
 } // namespace ImportTestSupport
