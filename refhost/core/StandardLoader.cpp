@@ -347,10 +347,13 @@ QList<StandardLoader::Index> StandardLoader::indexes() const
          kCustomProperties,
          QStringLiteral("((RTRIM(LTRIM( ITEM_KEY ))), ITEM_TYPE)"),
          {QStringLiteral("ITEM_KEY"), QStringLiteral("ITEM_TYPE")}},
+        // The import's conditions look the tag up by the first expression (and an equal
+        // value by the second); ITEM_KEY, TAG and VALUE make the index covering, so that the
+        // "like" conditions, which read every row of their tag, never visit the table.
         {QStringLiteral("kv_custom_properties_tag_value"),
          kCustomProperties,
-         QStringLiteral("((LTRIM(RTRIM(TAG))), (LTRIM(RTRIM(VALUE))))"),
-         {QStringLiteral("TAG"), QStringLiteral("VALUE")}},
+         QStringLiteral("((LTRIM(RTRIM(TAG))), (LTRIM(RTRIM(VALUE))), ITEM_KEY, TAG, VALUE)"),
+         {QStringLiteral("TAG"), QStringLiteral("VALUE"), QStringLiteral("ITEM_KEY")}},
         {QStringLiteral("kv_bdvincl_key_a"),
          kBdvincl,
          QStringLiteral("(VL_KEY_A)"),
