@@ -161,7 +161,9 @@ void CadServices::storeVariable(const QString& name, const DrawingVariable& valu
 {
     QMap<QString, DrawingVariable>& variables = m_drawing.variables();
     for (auto it = variables.begin(); it != variables.end();) {
-        if (it.key().compare(name, Qt::CaseInsensitive) == 0)
+        // Names of another length never match: the cheap test spares most comparisons, of
+        // which a run makes one per variable for every value it sets.
+        if (it.key().size() == name.size() && it.key().compare(name, Qt::CaseInsensitive) == 0)
             it = variables.erase(it);
         else
             ++it;

@@ -92,7 +92,9 @@ std::optional<QString> PathResolver::blockSource(const QString& path)
 
 bool PathResolver::blockFileExists(const QString& path)
 {
-    return fileExists(path) || blockSource(path).has_value();
+    // The block source first: for a ".dwg" path it is the ".dxf" beside it, which usually
+    // exists as spelt, while looking for the ".dwg" itself lists the folder in vain.
+    return blockSource(path).has_value() || fileExists(path);
 }
 
 } // namespace RefHost
