@@ -50,9 +50,10 @@ public:
         }
         if (value.isDouble()) {
             const double number = value.toDouble();
-            if (number == static_cast<double>(static_cast<qint64>(number)) &&
-                number >= std::numeric_limits<int>::min() &&
-                number <= std::numeric_limits<int>::max())
+            // The range first: converting a double beyond the integer's range is undefined.
+            if (number >= std::numeric_limits<int>::min() &&
+                number <= std::numeric_limits<int>::max() &&
+                number == static_cast<double>(static_cast<int>(number)))
                 return static_cast<int>(number);
         }
         fail(where + u'.' + key, value, QStringLiteral("an integer"));
