@@ -36,7 +36,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const QByteArray input(reinterpret_cast<const char*>(data), qsizetype(size));
     const QString problem = g_reader->check(input);
     if (!problem.isEmpty()) {
-        std::fprintf(stderr, "%s: %s\n", KV_FUZZ_READER, qPrintable(problem));
+        std::fprintf(stderr, "fuzz_%s: broken rule: %s\n", KV_FUZZ_READER, qPrintable(problem));
         std::abort();
     }
     return 0;

@@ -63,7 +63,11 @@ mkdir -p "$work"
 rss_mb=${KV_FUZZ_RSS_MB:-2048}
 timeout_s=${KV_FUZZ_TIMEOUT:-10}
 
-export ASAN_OPTIONS=${ASAN_OPTIONS:-detect_leaks=1:abort_on_error=1:strict_string_checks=1}
+# Allocation stacks are kept two frames deep: the fast unwinder runs into Qt's frames (built
+# without frame pointers) and picks up stack garbage, so deeper stacks are all different and the
+# sanitizer's stack store grows by megabytes a second. A crash is replayed with full stacks by
+# running the target on the crash input with ASAN_OPTIONS unset.
+export ASAN_OPTIONS=${ASAN_OPTIONS:-detect_leaks=1:abort_on_error=1:strict_string_checks=1:malloc_context_size=2:quarantine_size_mb=64}
 export LSAN_OPTIONS=${LSAN_OPTIONS:-suppressions=$top/scripts/lsan.supp:print_suppressions=0}
 export UBSAN_OPTIONS=${UBSAN_OPTIONS:-print_stacktrace=1:halt_on_error=1}
 export QT_QPA_PLATFORM=offscreen
@@ -119,7 +123,9 @@ for reader in "${readers[@]}"; do
     if [ "$status" -ne 0 ] || [ -n "$crash" ]; then
         line="$line  FAILED (exit $status)"
         failed+=("$reader")
-        echo "   fuzz_$reader failed with exit status $status; the end of its log:" >&2
+        echo "   fuzz_$reader failed with exit status $status; the report and the end of its log:" >&2
+        grep -E -m 5 'runtime error:|ERROR: (AddressSanitizer|LeakSanitizer|libFuzzer)|^fuzz_[a-z_]+: broken rule' \
+            "$log" | sed 's/^/   > /' >&2 || true
         tail -n 40 "$log" | sed 's/^/   | /' >&2
         if [ -n "$crash" ]; then
             echo "   crashing input: $crash" >&2
