@@ -15,6 +15,8 @@ public:
 
     qint64 queryNs() const { return m_queryNs; }
     qint64 propertyNs() const { return m_propertyNs; }
+    // Of queryNs(): preparing and binding the statements.
+    qint64 prepareNs() const { return m_prepareNs; }
     int queries() const { return m_queries; }
     int propertyQueries() const { return m_propertyQueries; }
     void reset();
@@ -40,6 +42,7 @@ private:
     CVRServices& m_inner;
     qint64 m_queryNs = 0;
     qint64 m_propertyNs = 0;
+    qint64 m_prepareNs = 0;
     int m_queries = 0;
     int m_propertyQueries = 0;
 };
