@@ -13,6 +13,12 @@ struct Node
     bool expanded = false;
     Node* parent = nullptr;
     std::vector<std::unique_ptr<Node>> children;
+    // The node's row among its parent's children, valid when it is below the parent's
+    // rowsKnown. Rows are renumbered lazily: an insertion or removal only lowers rowsKnown, so
+    // appending many children and asking their rows costs constant time per node.
+    mutable std::size_t row = 0;
+    // The first rowsKnown children have their row up to date.
+    mutable std::size_t rowsKnown = 0;
 };
 
 } // namespace ItemTreeInternal
@@ -39,10 +45,23 @@ ItemTreeModel::Node* ItemTreeModel::nodeFromIndex(const QModelIndex& index) cons
 
 int ItemTreeModel::rowOf(const Node* node)
 {
-    const auto& siblings = node->parent->children;
-    const auto it = std::find_if(siblings.begin(), siblings.end(),
-                                 [node](const auto& sibling) { return sibling.get() == node; });
-    return static_cast<int>(it - siblings.begin());
+    const Node* parent = node->parent;
+    const auto& siblings = parent->children;
+    if (node->row < parent->rowsKnown && siblings[node->row].get() == node)
+        return static_cast<int>(node->row);
+    // Renumber from the first stale row up to the node.
+    for (std::size_t row = parent->rowsKnown; row < siblings.size(); ++row) {
+        siblings[row]->row = row;
+        parent->rowsKnown = row + 1;
+        if (siblings[row].get() == node)
+            break;
+    }
+    return static_cast<int>(node->row);
+}
+
+void ItemTreeModel::rowsShifted(Node* parent, int fromRow)
+{
+    parent->rowsKnown = std::min(parent->rowsKnown, static_cast<std::size_t>(fromRow));
 }
 
 QModelIndex ItemTreeModel::indexOfNode(const Node* node) const
@@ -348,11 +367,16 @@ TVNode ItemTreeModel::insertNode(TVNode parent, TVNode after, TVNodeData&& data,
     node->data = std::move(data);
     node->image = image;
     node->parent = parentNode;
+    node->row = static_cast<std::size_t>(row);
     const TVNode handle = TVNode::fromId(node->id);
 
     beginInsertRows(indexOfNode(parentNode), row, row);
     m_nodes.insert(node->id, node.get());
     siblings.insert(siblings.begin() + row, std::move(node));
+    rowsShifted(parentNode, row);
+    // Every row before the new one is known, so the new one is too.
+    if (parentNode->rowsKnown == static_cast<std::size_t>(row))
+        parentNode->rowsKnown = static_cast<std::size_t>(row) + 1;
     endInsertRows();
     return handle;
 }
@@ -391,6 +415,7 @@ bool ItemTreeModel::removeNode(TVNode node)
     beginRemoveRows(indexOfNode(parentNode), row, row);
     forget(n);
     parentNode->children.erase(parentNode->children.begin() + row);
+    rowsShifted(parentNode, row);
     endRemoveRows();
 
     if (parentNode != m_root.get() && parentNode->children.empty())
@@ -409,6 +434,7 @@ void ItemTreeModel::clear()
         return;
     beginResetModel();
     m_root->children.clear();
+    m_root->rowsKnown = 0;
     m_nodes.clear();
     endResetModel();
     setCurrent({});

@@ -110,6 +110,8 @@ private:
     Node* nodeFromIndex(const QModelIndex& index) const;
     QModelIndex indexOfNode(const Node* node) const;
     static int rowOf(const Node* node);
+    // Marks the rows of `parent`'s children from `fromRow` on as to be renumbered.
+    static void rowsShifted(Node* parent, int fromRow);
     void forget(Node* node);
 
     std::unique_ptr<Node> m_root;

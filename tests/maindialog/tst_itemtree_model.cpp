@@ -3,6 +3,9 @@
 #include <QSignalSpy>
 #include <QTest>
 
+#include <random>
+#include <vector>
+
 using namespace ItemTreeTestSupport;
 
 // The store underneath the tree operations: positions, navigation, the item-model interface,
@@ -34,6 +37,8 @@ private slots:
     void setCurrentToMissingNodeClears();
     void clearDeletesEverything();
     void nodeCount();
+    void rowsFollowInsertsAndRemovals_data();
+    void rowsFollowInsertsAndRemovals();
 
 private:
     std::unique_ptr<CTVNodesUtil> m_tree;
@@ -301,6 +306,70 @@ void TestItemTreeModel::nodeCount()
     QCOMPARE(m_tree->nodeCount(), 4);
     m_tree->RemoveNode(a);
     QCOMPARE(m_tree->nodeCount(), 1);
+}
+
+void TestItemTreeModel::rowsFollowInsertsAndRemovals_data()
+{
+    QTest::addColumn<bool>("underItem");
+    QTest::newRow("root level") << false;
+    QTest::newRow("children of an item") << true;
+}
+
+// Rows are kept per node and renumbered lazily; after every insertion (first, after a node,
+// last) and removal each node's row, index and siblings must match a plain list of the same
+// operations.
+void TestItemTreeModel::rowsFollowInsertsAndRemovals()
+{
+    QFETCH(bool, underItem);
+    const TVNode item = underItem ? m_tree->AddItem("Item", nullptr, false) : TVNode();
+    const QModelIndex parentIndex = m_tree->indexOf(item);
+    std::vector<TVNode> expected;
+    std::mt19937 random(20240611);
+    int name = 0;
+    for (int step = 0; step < 600; ++step) {
+        const int choice = int(random() % 10);
+        if (choice < 3 && !expected.empty()) {
+            const size_t at = random() % expected.size();
+            QVERIFY(m_tree->RemoveNode(expected[at]));
+            expected.erase(expected.begin() + at);
+        } else {
+            // After a random node, before all, or last.
+            size_t at = expected.size();
+            TVNode after;
+            if (choice < 5) {
+                after = TVNode::first();
+                at = 0;
+            } else if (choice < 9 && !expected.empty()) {
+                at = random() % expected.size();
+                after = expected[at];
+                ++at;
+            }
+            const KVString text = QString::number(++name);
+            TVNode node;
+            if (!underItem)
+                node = m_tree->AddItemAfter(text, nullptr, false, after);
+            else if (after.isNull())
+                node = m_tree->AddSymbol(item, {}, text, component(text, text), false);
+            else
+                node = m_tree->AddMarker(item, after.isFirst() ? item : after, text,
+                                         TVNodeKind::Page, false);
+            QVERIFY(!node.isNull());
+            expected.insert(expected.begin() + at, node);
+        }
+        // Ask in an order that finds stale rows: from the end backwards every few steps.
+        const bool backwards = step % 3 == 0;
+        for (size_t i = 0; i < expected.size(); ++i) {
+            const size_t row = backwards ? expected.size() - 1 - i : i;
+            const TVNode node = expected[row];
+            const QModelIndex index = m_tree->indexOf(node);
+            QCOMPARE(index.row(), int(row));
+            QCOMPARE(m_tree->index(int(row), 0, parentIndex), index);
+            QCOMPARE(m_tree->nextSibling(node),
+                     row + 1 < expected.size() ? expected[row + 1] : TVNode());
+            QCOMPARE(m_tree->previousSibling(node), row > 0 ? expected[row - 1] : TVNode());
+        }
+        QCOMPARE(m_tree->childCount(item), int(expected.size()));
+    }
 }
 
 QTEST_GUILESS_MAIN(TestItemTreeModel)
