@@ -9,6 +9,7 @@
 #include <dl_dxf.h>
 
 #include <QSaveFile>
+#include <QSet>
 #include <QtMath>
 
 #include <cmath>
@@ -33,6 +34,13 @@ std::string encoded(const QString& text)
 DL_Attributes entityAttributes(const QString& layer)
 {
     return DL_Attributes(encoded(layer), 256, -1, "BYLAYER", 1.0);
+}
+
+// Two names are equal ignoring case (QString::compare with Qt::CaseInsensitive) exactly when
+// their case-folded forms are equal, so the folded form keys the hashes of names.
+QString caseKey(const QString& name)
+{
+    return name.toCaseFolded();
 }
 
 bool isFinite(std::initializer_list<double> values)
@@ -158,7 +166,7 @@ QString Writer::check()
             return error;
     }
 
-    QStringList seenPages;
+    QSet<QString> seenPages;
     for (const PageGroup& group : m_drawing.groups()) {
         const QString groupError =
             checkText(group.name, 4 * MaxValueBytes, QStringLiteral("the page group name"));
@@ -167,9 +175,10 @@ QString Writer::check()
         for (const Page& page : group.pages) {
             if (page.layer.isEmpty())
                 return QStringLiteral("a page of group \"%1\" has no layer name").arg(group.name);
-            if (seenPages.contains(page.layer, Qt::CaseInsensitive))
+            const QString key = caseKey(page.layer);
+            if (seenPages.contains(key))
                 return QStringLiteral("the page layer \"%1\" appears twice").arg(page.layer);
-            seenPages.append(page.layer);
+            seenPages.insert(key);
             QString error = checkText(page.layer, MaxNameBytes,
                                       QStringLiteral("the layer name \"%1\"").arg(page.layer));
             if (error.isEmpty())
@@ -256,30 +265,33 @@ const BlockDefinition* Writer::findBlock(const QString& name) const
 
 void Writer::collectLayers()
 {
-    const auto known = [this](const QString& name) {
-        for (const LayerEntry& entry : std::as_const(m_layers)) {
-            if (entry.name.compare(name, Qt::CaseInsensitive) == 0)
-                return true;
-        }
-        return false;
-    };
+    QSet<QString> known;
     for (int g = 0; g < m_drawing.groups().size(); ++g) {
         const PageGroup& group = m_drawing.groups().at(g);
         for (int p = 0; p < group.pages.size(); ++p) {
             const Page& page = group.pages.at(p);
             m_layers.append(
                 LayerEntry{page.layer, page.frozen, true, g, p, group.name, page.title});
+            known.insert(caseKey(page.layer));
         }
     }
     // Layer "0" exists in every DXF drawing; it goes first, as CAD programs expect.
-    if (!known(QStringLiteral("0")))
-        m_layers.prepend(LayerEntry{QStringLiteral("0"), false, false, 0, 0, {}, {}});
-    if (!m_drawing.currentLayer().isEmpty() && !known(m_drawing.currentLayer()))
-        m_layers.append(LayerEntry{m_drawing.currentLayer(), false, false, 0, 0, {}, {}});
-    for (const BlockReference& reference : m_drawing.references()) {
-        if (!known(reference.layer))
-            m_layers.append(LayerEntry{reference.layer, false, false, 0, 0, {}, {}});
+    const QString zero = QStringLiteral("0");
+    if (!known.contains(zero)) {
+        m_layers.prepend(LayerEntry{zero, false, false, 0, 0, {}, {}});
+        known.insert(zero);
     }
+    const auto addLayer = [this, &known](const QString& name) {
+        QString key = caseKey(name);
+        if (known.contains(key))
+            return;
+        m_layers.append(LayerEntry{name, false, false, 0, 0, {}, {}});
+        known.insert(std::move(key));
+    };
+    if (!m_drawing.currentLayer().isEmpty())
+        addLayer(m_drawing.currentLayer());
+    for (const BlockReference& reference : m_drawing.references())
+        addLayer(reference.layer);
 }
 
 QByteArray Writer::write()

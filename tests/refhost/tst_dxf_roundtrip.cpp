@@ -1,6 +1,7 @@
 // Drawing -> DXF -> Drawing with the reference host's own writer and reader.
 #include "DxfDrawingReader.h"
 #include "DxfDrawingWriter.h"
+#include "DxfTextCodec.h"
 #include "tst_dxf_compare.h"
 #include "tst_dxf_samples.h"
 
@@ -23,6 +24,28 @@ private:
     {
         QFile file(path);
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+
+    // The names of the LAYER table's entries, in file order.
+    static QStringList layerTable(const QByteArray& text)
+    {
+        const QList<QByteArray> lines = text.split('\n');
+        QStringList names;
+        bool inLayers = false;
+        bool inEntry = false;
+        for (qsizetype i = 0; i + 1 < lines.size(); i += 2) {
+            const int code = lines[i].trimmed().toInt();
+            const QByteArray& value = lines[i + 1];
+            if (code == 2 && value == "LAYER" && !inLayers)
+                inLayers = true;
+            else if (inLayers && code == 0 && value == "ENDTAB")
+                break;
+            else if (inLayers && code == 0)
+                inEntry = value == "LAYER";
+            else if (inEntry && code == 2)
+                names.append(DxfTextCodec().decode(value));
+        }
+        return names;
     }
 
 private slots:
@@ -126,6 +149,62 @@ private slots:
         const QByteArray expected = readAll(golden);
         QVERIFY2(!expected.isEmpty(), "golden file missing");
         QCOMPARE(text, expected);
+    }
+
+    // Pages first (after layer "0" when no page is called so), then the current layer and the
+    // references' layers, each name once ignoring case; case-folded forms decide equality.
+    void layerTableHoldsEachNameOnceIgnoringCase_data()
+    {
+        QTest::addColumn<QStringList>("pages");
+        QTest::addColumn<QString>("current");
+        QTest::addColumn<QStringList>("references");
+        QTest::addColumn<QStringList>("expected");
+        QTest::newRow("references on pages and on other layers")
+            << QStringList{QStringLiteral("PAGE$1"), QStringLiteral("Page$2")}
+            << QStringLiteral("Notes")
+            << QStringList{QStringLiteral("page$2"), QStringLiteral("Extra"),
+                           QStringLiteral("PAGE$1"), QStringLiteral("EXTRA"),
+                           QStringLiteral("notes"),  QStringLiteral("Other")}
+            << QStringList{QStringLiteral("0"),      QStringLiteral("PAGE$1"),
+                           QStringLiteral("Page$2"), QStringLiteral("Notes"),
+                           QStringLiteral("Extra"),  QStringLiteral("Other")};
+        QTest::newRow("a page called 0, a current page")
+            << QStringList{QStringLiteral("A$1"), QStringLiteral("0")} << QStringLiteral("a$1")
+            << QStringList{QStringLiteral("0"), QStringLiteral("b"), QStringLiteral("B"),
+                           QStringLiteral("a$1")}
+            << QStringList{QStringLiteral("A$1"), QStringLiteral("0"), QStringLiteral("b")};
+        // Simple case folding: the sharp s is not "SS", the Greek final sigma is a sigma.
+        QTest::newRow("letters beyond ASCII")
+            << QStringList{QStringLiteral("P$1")} << QString()
+            << QStringList{QStringLiteral("Stra\u00DFe"), QStringLiteral("STRASSE"),
+                           QStringLiteral("\u00C4RGER"),  QStringLiteral("\u00E4rger"),
+                           QStringLiteral("\u03A3"),      QStringLiteral("\u03C2"),
+                           QStringLiteral("\u03C3")}
+            << QStringList{QStringLiteral("0"),           QStringLiteral("P$1"),
+                           QStringLiteral("Stra\u00DFe"), QStringLiteral("STRASSE"),
+                           QStringLiteral("\u00C4RGER"),  QStringLiteral("\u03A3")};
+    }
+
+    void layerTableHoldsEachNameOnceIgnoringCase()
+    {
+        QFETCH(QStringList, pages);
+        QFETCH(QString, current);
+        QFETCH(QStringList, references);
+        QFETCH(QStringList, expected);
+        Drawing drawing;
+        PageGroup group{QStringLiteral("G"), {}};
+        for (const QString& layer : std::as_const(pages))
+            group.pages.append(Page{QString(), layer, false});
+        drawing.groups() = {group};
+        if (!current.isEmpty())
+            QVERIFY(drawing.setCurrentLayer(current));
+        for (const QString& layer : std::as_const(references))
+            drawing.references().append(
+                DxfSamples::reference(QStringLiteral("S"), layer, 0, 0, {}));
+        QString error;
+        const QByteArray text = DxfDrawingWriter::toDxf(drawing, &error);
+        QCOMPARE(error, QString());
+        QCOMPARE(layerTable(text), expected);
     }
 
     void writeReplacesAnExistingFileAndLeavesNoTemporaryFiles()
