@@ -2,6 +2,8 @@
 
 #include "DrawingVariableNames.h"
 
+#include <QHash>
+
 #include <numbers>
 
 namespace RefHost {
@@ -221,22 +223,40 @@ bool LispEnvironment::endInsertion(const QString& name, const LispChain&)
 // a page.
 bool LispEnvironment::updateMacros(const QString&, const LispChain& args)
 {
+    // A run names every page at once, so the pages' positions and the named layers are looked
+    // up in hashes and the references are walked once, not once per named page. Names equal
+    // ignoring case (QString::compare) are exactly those with equal case-folded forms.
+    QHash<QString, std::pair<int, int>> pagePositions;
+    for (const PageGroup& group : m_drawing.groups()) {
+        for (qsizetype i = 0; i < group.pages.size(); ++i) {
+            // The first page of a name counts, as in Drawing::pagePosition.
+            QString key = group.pages.at(i).layer.toCaseFolded();
+            if (!pagePositions.contains(key))
+                pagePositions.insert(std::move(key), {int(i + 1), int(group.pages.size())});
+        }
+    }
+    QHash<QString, std::pair<int, int>> named;
     for (qsizetype i = 0; i < args.size(); ++i) {
         const std::optional<QString> layer = textArgument(args, i);
         if (!layer)
             continue;
-        const auto [position, count] = m_drawing.pagePosition(*layer);
-        if (position == 0)
+        QString key = layer->toCaseFolded();
+        const auto found = pagePositions.constFind(key);
+        if (found != pagePositions.cend())
+            named.insert(std::move(key), found.value());
+    }
+    if (named.isEmpty())
+        return true;
+    for (BlockReference& reference : m_drawing.references()) {
+        const auto found = named.constFind(reference.layer.toCaseFolded());
+        if (found == named.cend())
             continue;
-        for (BlockReference& reference : m_drawing.references()) {
-            if (reference.layer.compare(*layer, Qt::CaseInsensitive) != 0)
-                continue;
-            for (AttributeValue& attribute : reference.attributes) {
-                if (attribute.tag.compare(kPageNumberTag, Qt::CaseInsensitive) == 0)
-                    attribute.value = QString::number(position);
-                else if (attribute.tag.compare(kPageCountTag, Qt::CaseInsensitive) == 0)
-                    attribute.value = QString::number(count);
-            }
+        const auto [position, count] = found.value();
+        for (AttributeValue& attribute : reference.attributes) {
+            if (attribute.tag.compare(kPageNumberTag, Qt::CaseInsensitive) == 0)
+                attribute.value = QString::number(position);
+            else if (attribute.tag.compare(kPageCountTag, Qt::CaseInsensitive) == 0)
+                attribute.value = QString::number(count);
         }
     }
     return true;

@@ -197,6 +197,30 @@ private slots:
         QVERIFY(m_err.data().isEmpty());
     }
 
+    // Layers are matched ignoring case, in the arguments as on the references.
+    void updateMacrosMatchesLayersIgnoringCase()
+    {
+        const QString block = m_dir->path() + QStringLiteral("/net/dados/IEC/blocos/Frame.dxf");
+        QVERIFY(
+            CoreTest::writeBlockDxf(block, {{QStringLiteral("PAGE_NUMBER"), QStringLiteral("?")},
+                                            {QStringLiteral("page_count"), QStringLiteral("?")}}));
+        for (const QString& layer : {QStringLiteral("a$2"), QStringLiteral("A$1"),
+                                     QStringLiteral("b$1"), QStringLiteral("C$1")})
+            QVERIFY(
+                m_cad->placeBlock(block, QStringLiteral("FRAME"), layer, 0, 0, 0, 0).succeeded());
+
+        m_lisp->invokeVoid(KVStringList{QStringLiteral("atualizarMacros"), QStringLiteral("A$2"),
+                                        QStringLiteral("a$1"), QStringLiteral("C$1"),
+                                        QStringLiteral("a$2")});
+        QStringList values;
+        for (const BlockReference& reference : m_drawing.references())
+            values.append(reference.attributes.at(0).value + u'/' +
+                          reference.attributes.at(1).value);
+        // B$1 not named, C$1 not a page.
+        QCOMPARE(values, (QStringList{"2/2", "1/2", "?/?", "?/?"}));
+        QVERIFY(m_err.data().isEmpty());
+    }
+
     void insertComponentWithItsAttributes()
     {
         m_cad->setVarStr(QStringLiteral("KV_KEY"), QStringLiteral("100"));
