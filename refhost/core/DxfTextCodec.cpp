@@ -142,6 +142,16 @@ QString DxfTextCodec::decode(const QByteArray& bytes) const
 
 QByteArray DxfTextCodec::encode(const QString& text)
 {
+    // Most texts of a drawing are printable ASCII without a backslash and without a blank at
+    // either end: each character is then its own byte, so the text is converted at once
+    // instead of one token per character.
+    bool plain = text.isEmpty() || (text.front() != u' ' && text.back() != u' ');
+    for (qsizetype i = 0; plain && i < text.size(); ++i) {
+        const char16_t unit = text.at(i).unicode();
+        plain = unit >= 0x20 && unit <= 0x7e && unit != u'\\';
+    }
+    if (plain)
+        return text.toLatin1();
     return joinWithEdgesEscaped(encodeTokens(text, false));
 }
 

@@ -29,6 +29,14 @@ private slots:
         QTest::newRow("surrogate pair")
             << QStringLiteral("\U0001F600") << QByteArray("\\U+D83D\\U+DE00");
         QTest::newRow("empty") << QString() << QByteArray();
+        QTest::newRow("one blank at the start") << QStringLiteral(" a") << QByteArray("\\U+0020a");
+        QTest::newRow("one blank at the end") << QStringLiteral("a ") << QByteArray("a\\U+0020");
+        QTest::newRow("single blank") << QStringLiteral(" ") << QByteArray("\\U+0020");
+        QTest::newRow("ASCII ends") << QStringLiteral("~!x ~") << QByteArray("~!x ~");
+        QTest::newRow("delete and tab")
+            << QStringLiteral("a\u007fb\tc") << QByteArray("a\\U+007Fb\\U+0009c");
+        QTest::newRow("backslash last") << QStringLiteral("a\\") << QByteArray("a\\");
+        QTest::newRow("escape at the end") << QStringLiteral("x\\U+") << QByteArray("x\\U+005CU+");
     }
 
     void encode()
