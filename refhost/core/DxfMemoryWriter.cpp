@@ -2,7 +2,10 @@
 
 #include <QLocale>
 
+#include <cctype>
+#include <charconv>
 #include <cmath>
+#include <cstring>
 
 namespace RefHost {
 
@@ -19,10 +22,15 @@ QByteArray DxfMemoryWriter::formatReal(double value)
     return text;
 }
 
-void DxfMemoryWriter::put(int code, const QByteArray& value) const
+void DxfMemoryWriter::put(int code, QByteArrayView value) const
 {
-    // Group codes right-aligned in three columns, as AutoCAD and dxflib write them.
-    m_text += QByteArray::number(code).rightJustified(3, ' ');
+    // Group codes right-aligned in three columns, as AutoCAD and dxflib write them. The digits
+    // go through a stack buffer: a drawing has millions of groups.
+    char digits[16];
+    const qsizetype length = std::to_chars(digits, digits + sizeof digits, code).ptr - digits;
+    if (length < 3)
+        m_text.append(3 - length, ' ');
+    m_text.append(digits, length);
     m_text += '\n';
     m_text += value;
     m_text += '\n';
@@ -35,24 +43,34 @@ void DxfMemoryWriter::dxfReal(int code, double value) const
 
 void DxfMemoryWriter::dxfInt(int code, int value) const
 {
-    put(code, QByteArray::number(value));
+    char digits[16];
+    const char* end = std::to_chars(digits, digits + sizeof digits, value).ptr;
+    put(code, QByteArrayView(digits, end - digits));
 }
 
 void DxfMemoryWriter::dxfHex(int code, int value) const
 {
     if (code == 5)
         m_lastHandle = value;
-    put(code, QByteArray::number(value, 16).toUpper());
+    if (value < 0) {
+        put(code, QByteArray::number(value, 16).toUpper());
+        return;
+    }
+    char digits[16];
+    char* end = std::to_chars(digits, digits + sizeof digits, value, 16).ptr;
+    for (char* c = digits; c != end; ++c)
+        *c = char(std::toupper(static_cast<unsigned char>(*c)));
+    put(code, QByteArrayView(digits, end - digits));
 }
 
 void DxfMemoryWriter::dxfString(int code, const char* value) const
 {
-    put(code, QByteArray(value));
+    put(code, QByteArrayView(value, value ? qsizetype(std::strlen(value)) : 0));
 }
 
 void DxfMemoryWriter::dxfString(int code, const std::string& value) const
 {
-    put(code, QByteArray::fromStdString(value));
+    put(code, QByteArrayView(value.data(), qsizetype(value.size())));
 }
 
 } // namespace RefHost

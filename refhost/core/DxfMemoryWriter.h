@@ -28,7 +28,7 @@ public:
     static QByteArray formatReal(double value);
 
 private:
-    void put(int code, const QByteArray& value) const;
+    void put(int code, QByteArrayView value) const;
 
     mutable QByteArray m_text;
     mutable int m_lastHandle = 0;
