@@ -31,7 +31,9 @@ InsertionPoint pointFromText(const KVString& text)
 
 bool appendOnce(KVStringList& list, const KVString& value)
 {
-    if (list.contains(value))
+    // Searched from the end: the run asks for its current page, which is nearly always the one
+    // appended last, so a long run does not compare every symbol's page with every page.
+    if (list.lastIndexOf(value) >= 0)
         return false;
     list.append(value);
     return true;
