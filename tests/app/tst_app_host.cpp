@@ -21,7 +21,6 @@
 #include <QComboBox>
 #include <QCompleter>
 #include <QDialogButtonBox>
-#include <QFileDialog>
 #include <QLibrary>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -60,7 +59,6 @@ private slots:
     void unknownCommandIsReported();
     void messageBoxHasOneOkAndHostTitle();
     void fileDialogScriptedAnswers();
-    void fileDialogIsQtDialogWithNameFilters();
     void progressRunnerMetersAndStaysResponsive();
 
     void newDrawingHasOnePage();
@@ -352,43 +350,6 @@ void TestAppHost::fileDialogScriptedAnswers()
              QStringList{QStringLiteral("Settings file (*.cfa)")});
     QCOMPARE(system.fileDialogRequests().first().initialFolder,
              QStringLiteral("/w/Automatic Insertion"));
-}
-
-void TestAppHost::fileDialogIsQtDialogWithNameFilters()
-{
-    KvHost::GuiSystemServices system;
-    const QString chosen = examplePath(QStringLiteral("settings/example.cfa"));
-    QStringList filters;
-    QString folder;
-    ModalAnswer answer([&](QWidget* modal) {
-        auto* dialog = qobject_cast<QFileDialog*>(modal);
-        if (!dialog)
-            return;
-        filters = dialog->nameFilters();
-        folder = dialog->directory().absolutePath();
-        dialog->selectFile(chosen);
-        QMetaObject::invokeMethod(dialog, "accept", Qt::DirectConnection);
-    });
-    KVString path;
-    QCOMPARE(system.FileDialog(0, path, 0, CFxSystemServices::kOpenExisting, {}, {},
-                               QStringLiteral("Settings file (*.cfa)|*.cfa||&*.cfa&All Files "
-                                              "(*.*)|*.*||&*.*&&"),
-                               examplePath(QStringLiteral("settings")), nullptr, nullptr, nullptr,
-                               0),
-             KV_RESULT_OK);
-    QVERIFY(answer.answered());
-    QCOMPARE(filters, (QStringList{QStringLiteral("Settings file (*.cfa)"),
-                                   QStringLiteral("All Files (*.*)")}));
-    QCOMPARE(folder, QDir(examplePath(QStringLiteral("settings"))).absolutePath());
-    QCOMPARE(QFileInfo(path).canonicalFilePath(), QFileInfo(chosen).canonicalFilePath());
-
-    ModalAnswer cancel([](QWidget* modal) { modal->close(); });
-    KVString unchanged = QStringLiteral("kept");
-    QCOMPARE(system.FileDialog(0, unchanged, 0, CFxSystemServices::kSaveAs, {}, {}, {}, {}, nullptr,
-                               nullptr, nullptr, 0),
-             KvHost::GuiSystemServices::kDialogCancelled);
-    QVERIFY(cancel.answered());
-    QCOMPARE(QString(unchanged), QStringLiteral("kept"));
 }
 
 void TestAppHost::progressRunnerMetersAndStaysResponsive()
