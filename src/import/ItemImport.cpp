@@ -388,12 +388,14 @@ void ItemImport::addMarkerAfter(TVNode item, TVNode reference, TVNodeKind kind)
 }
 
 ItemImportResult ItemImport::run(const KVString& settingsPath, ItemListController& list,
-                                 ImportDialogState& state)
+                                 ImportDialogState& state,
+                                 std::function<void(bool busy)> busyIndicator)
 {
     state.headers.separatorMode = list.separatorMode();
     state.itemCount = list.itemCount();
     state.lastItemNumber = list.lastItemNumber();
     ItemImport itemImport(list.tree(), state);
+    itemImport.setBusyIndicator(std::move(busyIndicator));
     const ItemImportResult result = itemImport.run(settingsPath);
     if (result.outcome == ItemImportOutcome::NotRead)
         return result;

@@ -112,8 +112,10 @@ public:
 
     // The same on the main dialog's list: its tree, and afterwards its separator mode, last
     // item number and (when the count field is shown again) its count, from `state`.
+    // `busyIndicator` is told as setBusyIndicator says.
     static ItemImportResult run(const KVString& settingsPath, ItemListController& list,
-                                ImportDialogState& state);
+                                ImportDialogState& state,
+                                std::function<void(bool busy)> busyIndicator = {});
 
     // A header text as a whole number: the first piece between commas (runs of commas count
     // as one), its leading number with the decimal part dropped, 0 when it is none.
