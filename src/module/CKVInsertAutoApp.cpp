@@ -6,6 +6,8 @@
 #include "host/CFxSystemServices.h"
 #include "host/CVRCommand.h"
 #include "host/CVRServices.h"
+#include "host/DrawingLanguage.h"
+#include "maindialog/CIInsereAuto.h"
 #include "settingsui/CIConfigAuto.h"
 #include "settingsui/SettingsFilePicker.h"
 
@@ -79,7 +81,13 @@ int CKVInsertAutoApp::returnTempFolder()
 
 void CKVInsertAutoApp::runInsertionCommand() const
 {
-    // Not finished: the main dialog CIInsereAuto is not in the tree yet, so the command asks for
-    // the settings file and opens nothing (tst_module_entry's VRINSAUTO dialog rows fail).
-    runOnPickedSettings(moduleHandle(), [](const KVString&) {});
+    runOnPickedSettings(moduleHandle(), [](const KVString& path) {
+        CIInsereAuto dialog;
+        // A companion file that cannot be created is not fatal: the dialog reads it as empty.
+        // The user learns which file it is on the command line.
+        const QString problem = dialog.LoadSettings(path);
+        if (!problem.isEmpty())
+            kvPrintf(QStringLiteral("\n") + problem);
+        dialog.DoModal();
+    });
 }

@@ -102,6 +102,33 @@ void givingUpNewHandler()
 
 enum class CloseBy { Button, Escape, WindowClose, Accept, Reject };
 
+// Ends a modal dialog the way a user or the dialog's own code does; false when it cannot.
+bool closeDialog(QWidget* dialog, CloseBy closeBy, const QString& button)
+{
+    switch (closeBy) {
+    case CloseBy::Button:
+        if (auto* close = dialog->findChild<QPushButton*>(button)) {
+            close->click();
+            return true;
+        }
+        return false;
+    case CloseBy::Escape:
+        QTest::keyClick(dialog, Qt::Key_Escape);
+        return true;
+    case CloseBy::WindowClose:
+        dialog->close();
+        return true;
+    case CloseBy::Accept:
+    case CloseBy::Reject:
+        if (auto* modal = qobject_cast<QDialog*>(dialog)) {
+            closeBy == CloseBy::Accept ? modal->accept() : modal->reject();
+            return true;
+        }
+        return false;
+    }
+    return false;
+}
+
 } // namespace
 
 Q_DECLARE_METATYPE(CloseBy)
@@ -137,6 +164,7 @@ private slots:
     void cancelledPickerOpensNothing();
     void chosenFileOpensTheDialog_data();
     void chosenFileOpensTheDialog();
+    void companionThatCannotBeCreatedIsReported();
     void commandsKeepNothingBetweenRuns();
 
     // kvGetTempDir.
@@ -155,8 +183,9 @@ private:
     OdRxModule* module();
     // Runs initApp on a host and answers the named command.
     std::shared_ptr<CVRCommand> registeredCommand(ModuleTestHost& host, const QString& name);
-    // A settings file copied from the test data into `folder`; its .cfa path.
-    QString copySettings(const QString& folder);
+    // A settings file copied from the test data into `folder`, with or without its .cfb and
+    // .cfc; its .cfa path.
+    QString copySettings(const QString& folder, bool withCompanions = true);
     void addCommandColumns();
 
     LoadedModule m_library{QStringLiteral(KV_MODULE_LIBRARY)};
@@ -187,11 +216,13 @@ std::shared_ptr<CVRCommand> tst_ModuleEntry::registeredCommand(ModuleTestHost& h
     return host.command(name);
 }
 
-QString tst_ModuleEntry::copySettings(const QString& folder)
+QString tst_ModuleEntry::copySettings(const QString& folder, bool withCompanions)
 {
     const QDir source(QStringLiteral(KV_TEST_DATA_DIR "/settings"));
-    for (const char* suffix : {".cfa", ".cfb", ".cfc"}) {
-        const QString name = QStringLiteral("canonical") + QLatin1String(suffix);
+    const QStringList suffixes =
+        withCompanions ? QStringList{".cfa", ".cfb", ".cfc"} : QStringList{".cfa"};
+    for (const QString& suffix : suffixes) {
+        const QString name = QStringLiteral("canonical") + suffix;
         if (!QFile::copy(source.filePath(name), QDir(folder).filePath(name)))
             return {};
     }
@@ -494,26 +525,29 @@ void tst_ModuleEntry::chosenFileOpensTheDialog_data()
     QTest::addColumn<QString>("dialogClass");
     QTest::addColumn<CloseBy>("closeBy");
     QTest::addColumn<QString>("button");
+    QTest::addColumn<bool>("pathShown");
     struct Dialog
     {
         QString command;
         QString className;
         QString closeButton;
+        // The settings dialog shows the path in a label; the main dialog creates the missing
+        // companion files next to it.
+        bool pathShown;
     };
     for (const Dialog& dialog :
-         {Dialog{kSettingsCommand, QStringLiteral("CIConfigAuto"), QStringLiteral("2")},
-          Dialog{kInsertCommand, QStringLiteral("CIInsereAuto"), QStringLiteral("2")}}) {
+         {Dialog{kSettingsCommand, QStringLiteral("CIConfigAuto"), QStringLiteral("2"), true},
+          Dialog{kInsertCommand, QStringLiteral("CIInsereAuto"), QStringLiteral("2"), false}}) {
         const QByteArray name = dialog.command.toLatin1();
-        QTest::addRow("%s, Close", name.constData())
-            << dialog.command << dialog.className << CloseBy::Button << dialog.closeButton;
-        QTest::addRow("%s, Escape", name.constData())
-            << dialog.command << dialog.className << CloseBy::Escape << QString();
-        QTest::addRow("%s, window closed", name.constData())
-            << dialog.command << dialog.className << CloseBy::WindowClose << QString();
-        QTest::addRow("%s, accepted", name.constData())
-            << dialog.command << dialog.className << CloseBy::Accept << QString();
-        QTest::addRow("%s, rejected", name.constData())
-            << dialog.command << dialog.className << CloseBy::Reject << QString();
+        const auto row = [&](const char* how, CloseBy closeBy, const QString& button) {
+            QTest::addRow("%s, %s", name.constData(), how)
+                << dialog.command << dialog.className << closeBy << button << dialog.pathShown;
+        };
+        row("Close", CloseBy::Button, dialog.closeButton);
+        row("Escape", CloseBy::Escape, QString());
+        row("window closed", CloseBy::WindowClose, QString());
+        row("accepted", CloseBy::Accept, QString());
+        row("rejected", CloseBy::Reject, QString());
     }
 }
 
@@ -523,9 +557,13 @@ void tst_ModuleEntry::chosenFileOpensTheDialog()
     QFETCH(QString, dialogClass);
     QFETCH(CloseBy, closeBy);
     QFETCH(QString, button);
+    QFETCH(bool, pathShown);
     ModuleTestHost host;
-    const QString settingsPath = copySettings(host.host().folder());
+    const QString settingsPath = copySettings(host.host().folder(), pathShown);
     QVERIFY(!settingsPath.isEmpty());
+    const QString blockPath = host.host().path(QStringLiteral("canonical.cfb"));
+    const QString symbolPath = host.host().path(QStringLiteral("canonical.cfc"));
+    QCOMPARE(QFileInfo::exists(blockPath), pathShown);
     host.host().system().queueFileDialogAnswer(KV_RESULT_OK, settingsPath);
     FakeSystemServices::ResourceContext& resources = host.host().system().resourceContext();
     resources.setCurrent(kHostResources);
@@ -534,31 +572,9 @@ void tst_ModuleEntry::chosenFileOpensTheDialog()
     QVERIFY(registered);
 
     bool closeFailed = false;
-    ModalDialogWatcher watcher([&resources] { return resources.current(); },
-                               [&](QWidget* dialog) {
-                                   switch (closeBy) {
-                                   case CloseBy::Button:
-                                       if (auto* close = dialog->findChild<QPushButton*>(button))
-                                           close->click();
-                                       else
-                                           closeFailed = true;
-                                       break;
-                                   case CloseBy::Escape:
-                                       QTest::keyClick(dialog, Qt::Key_Escape);
-                                       break;
-                                   case CloseBy::WindowClose:
-                                       dialog->close();
-                                       break;
-                                   case CloseBy::Accept:
-                                   case CloseBy::Reject:
-                                       if (auto* modal = qobject_cast<QDialog*>(dialog))
-                                           closeBy == CloseBy::Accept ? modal->accept()
-                                                                      : modal->reject();
-                                       else
-                                           closeFailed = true;
-                                       break;
-                                   }
-                               });
+    ModalDialogWatcher watcher(
+        [&resources] { return resources.current(); },
+        [&](QWidget* dialog) { closeFailed = !closeDialog(dialog, closeBy, button); });
     registered->run(nullptr);
 
     QVERIFY(!closeFailed);
@@ -574,7 +590,41 @@ void tst_ModuleEntry::chosenFileOpensTheDialog()
              (QList<KVModuleHandle>{kHostResources, module()->moduleHandle(), kHostResources}));
     QCOMPARE(resources.current(), kHostResources);
     // The dialog works on the file that was picked.
-    QVERIFY2(seen.labels.join(u'\n').contains(settingsPath), qPrintable(seen.labels.join(u'\n')));
+    if (pathShown) {
+        QVERIFY2(seen.labels.contains(QStringLiteral("Settings: ") + settingsPath),
+                 qPrintable(seen.labels.join(u'\n')));
+    } else {
+        QVERIFY(QFileInfo::exists(blockPath));
+        QVERIFY(QFileInfo::exists(symbolPath));
+    }
+    QCOMPARE(host.host().language().commandLine(), QString());
+}
+
+void tst_ModuleEntry::companionThatCannotBeCreatedIsReported()
+{
+    ModuleTestHost host;
+    const QString settingsPath = copySettings(host.host().folder(), false);
+    QVERIFY(!settingsPath.isEmpty());
+    // A folder where the block file should be: it cannot be created as a file.
+    const QString blockPath = host.host().path(QStringLiteral("canonical.cfb"));
+    QVERIFY(QDir().mkpath(blockPath));
+    host.host().system().queueFileDialogAnswer(KV_RESULT_OK, settingsPath);
+    const auto installed = host.install();
+    const std::shared_ptr<CVRCommand> registered = registeredCommand(host, kInsertCommand);
+    QVERIFY(registered);
+
+    ModalDialogWatcher watcher([] { return KVModuleHandle(); },
+                               [](QWidget* dialog) { dialog->close(); });
+    registered->run(nullptr);
+
+    // The dialog still opens; the command line names the file.
+    QCOMPARE(watcher.seen().size(), 1);
+    const QString commandLine = host.host().language().commandLine();
+    QVERIFY2(commandLine.startsWith(u'\n') &&
+                 commandLine.contains(blockPath + QStringLiteral(": ")),
+             qPrintable(commandLine));
+    QVERIFY(!commandLine.contains(QStringLiteral(".cfc")));
+    QVERIFY(QFileInfo(host.host().path(QStringLiteral("canonical.cfc"))).isFile());
 }
 
 void tst_ModuleEntry::commandsKeepNothingBetweenRuns()
