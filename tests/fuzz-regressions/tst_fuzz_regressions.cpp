@@ -10,6 +10,10 @@ namespace {
 
 const QString kRegressionDir = QStringLiteral(KV_SOURCE_DIR "/tests/fuzz-regressions");
 const QString kCorpusDir = QStringLiteral(KV_SOURCE_DIR "/fuzz/corpus");
+// A regression input INPUT may come with INPUT.outcome: the start of what the check must see of
+// it (ReaderChecks::lastOutcome), so that the test asserts the reader's answer, not only that
+// there is one.
+const QString kOutcomeSuffix = QStringLiteral(".outcome");
 
 // The files under `folder`/`reader`, sorted, hidden ones included (a crash input may start
 // with a dot).
@@ -18,8 +22,11 @@ QStringList inputFiles(const QString& folder, const QString& reader)
     QStringList files;
     QDirIterator it(folder + u'/' + reader, QDir::Files | QDir::Hidden,
                     QDirIterator::Subdirectories);
-    while (it.hasNext())
-        files.append(it.next());
+    while (it.hasNext()) {
+        const QString file = it.next();
+        if (!file.endsWith(kOutcomeSuffix))
+            files.append(file);
+    }
     files.sort();
     return files;
 }
@@ -79,6 +86,12 @@ void TestFuzzRegressions::replay()
     QVERIFY2(input.open(QIODevice::ReadOnly), qPrintable(file));
     const QString problem = found->check(input.readAll());
     QVERIFY2(problem.isEmpty(), qPrintable(problem));
+    QFile outcome(file + kOutcomeSuffix);
+    if (outcome.open(QIODevice::ReadOnly)) {
+        const QString expected = QString::fromUtf8(outcome.readAll()).trimmed();
+        QVERIFY2(ReaderChecks::lastOutcome().startsWith(expected),
+                 qPrintable(ReaderChecks::lastOutcome()));
+    }
 }
 
 void TestFuzzRegressions::regressions_data()
