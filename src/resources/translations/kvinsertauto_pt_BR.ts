@@ -11,7 +11,7 @@ Error: Associated component not found: key = %1</source>
 Erro: componente associado não encontrado: chave = %1</translation>
     </message>
     <message>
-        <location filename="../../engine/CInsAutoLogic.cpp" line="129"/>
+        <location filename="../../engine/CInsAutoLogic.cpp" line="131"/>
         <source>Automatic insertion completed</source>
         <translation>Inserção automática concluída</translation>
     </message>
@@ -312,6 +312,7 @@ Erro: componente associado não encontrado: chave = %1</translation>
         <translation>Lista de campos:</translation>
     </message>
     <message>
+        <location filename="../../maindialog/CIInsereAuto.cpp" line="260"/>
         <location filename="../../settingsui/CIConfigAuto.cpp" line="242"/>
         <location filename="../../settingsui/CIConfigAuto.cpp" line="246"/>
         <location filename="../../settingsui/CIConfigAuto.cpp" line="250"/>
@@ -320,6 +321,7 @@ Erro: componente associado não encontrado: chave = %1</translation>
         <translation>Adicionar</translation>
     </message>
     <message>
+        <location filename="../../maindialog/CIInsereAuto.cpp" line="270"/>
         <location filename="../../settingsui/CIConfigAuto.cpp" line="243"/>
         <location filename="../../settingsui/CIConfigAuto.cpp" line="247"/>
         <location filename="../../settingsui/CIConfigAuto.cpp" line="251"/>
@@ -327,6 +329,7 @@ Erro: componente associado não encontrado: chave = %1</translation>
         <translation>Remover</translation>
     </message>
     <message>
+        <location filename="../../maindialog/CIInsereAuto.cpp" line="258"/>
         <location filename="../../settingsui/CIConfigAuto.cpp" line="244"/>
         <location filename="../../settingsui/IDlgComps.cpp" line="63"/>
         <source>Symbols:</source>
@@ -394,6 +397,7 @@ Erro: componente associado não encontrado: chave = %1</translation>
         <translation>Salvar</translation>
     </message>
     <message>
+        <location filename="../../maindialog/CIInsereAuto.cpp" line="261"/>
         <location filename="../../settingsui/CIConfigAuto.cpp" line="261"/>
         <source>Close</source>
         <translation>Fechar</translation>
@@ -467,6 +471,7 @@ Erro: componente associado não encontrado: chave = %1</translation>
         <translation>Editar item</translation>
     </message>
     <message>
+        <location filename="../../maindialog/CIInsereAuto.cpp" line="265"/>
         <location filename="../../settingsui/IAdicionaItem.cpp" line="53"/>
         <source>Add item</source>
         <translation>Adicionar item</translation>
@@ -524,48 +529,59 @@ Erro: componente associado não encontrado: chave = %1</translation>
         <translation>Usar páginas existentes</translation>
     </message>
     <message>
+        <location filename="../../maindialog/CIInsereAuto.cpp" line="255"/>
         <source>Automatic insertion</source>
-        <translation type="vanished">Inserção automática</translation>
+        <translation>Inserção automática</translation>
     </message>
     <message>
+        <location filename="../../maindialog/CIInsereAuto.cpp" line="256"/>
         <source>Item list:</source>
-        <translation type="vanished">Lista de itens:</translation>
+        <translation>Lista de itens:</translation>
     </message>
     <message>
+        <location filename="../../maindialog/CIInsereAuto.cpp" line="263"/>
         <source>Setup</source>
-        <translation type="vanished">Configurar</translation>
+        <translation>Configurar</translation>
     </message>
     <message>
+        <location filename="../../maindialog/CIInsereAuto.cpp" line="264"/>
         <source>Import</source>
-        <translation type="vanished">Importar</translation>
+        <translation>Importar</translation>
     </message>
     <message>
+        <location filename="../../maindialog/CIInsereAuto.cpp" line="266"/>
         <source>Copy item</source>
-        <translation type="vanished">Copiar item</translation>
+        <translation>Copiar item</translation>
     </message>
     <message>
+        <location filename="../../maindialog/CIInsereAuto.cpp" line="267"/>
         <source>Add symbol</source>
-        <translation type="vanished">Adicionar símbolo</translation>
+        <translation>Adicionar símbolo</translation>
     </message>
     <message>
+        <location filename="../../maindialog/CIInsereAuto.cpp" line="268"/>
         <source>Add page</source>
-        <translation type="vanished">Adicionar página</translation>
+        <translation>Adicionar página</translation>
     </message>
     <message>
+        <location filename="../../maindialog/CIInsereAuto.cpp" line="269"/>
         <source>Add space</source>
-        <translation type="vanished">Adicionar espaço</translation>
+        <translation>Adicionar espaço</translation>
     </message>
     <message>
+        <location filename="../../maindialog/CIInsereAuto.cpp" line="257"/>
         <source>Items not imported:</source>
-        <translation type="vanished">Itens não importados:</translation>
+        <translation>Itens não importados:</translation>
     </message>
     <message>
+        <location filename="../../maindialog/CIInsereAuto.cpp" line="259"/>
         <source>Symbols selected:</source>
-        <translation type="vanished">Símbolos selecionados:</translation>
+        <translation>Símbolos selecionados:</translation>
     </message>
     <message>
+        <location filename="../../maindialog/CIInsereAuto.cpp" line="262"/>
         <source>Finalize</source>
-        <translation type="vanished">Concluir</translation>
+        <translation>Concluir</translation>
     </message>
 </context>
 </TS>
