@@ -9,12 +9,12 @@
 #include "host/DrawingLanguage.h"
 #include "host/Translate.h"
 #include "resources/KVIcons.h"
+#include "settings/SettingsTextFile.h"
 #include "settingsui/CIConfigAuto.h"
 #include "settingsui/IAdicionaItem.h"
 #include "settingsui/widgets/CITreeSimbolosPopup.h"
 
 #include <QApplication>
-#include <QFile>
 #include <QGuiApplication>
 #include <QLabel>
 #include <QListView>
@@ -218,15 +218,13 @@ QList<QWidget*> CIInsereAuto::panelControls() const
 QString CIInsereAuto::LoadSettings(const KVString& path)
 {
     m_settingsPath = path;
-    m_blockPath = QString(path).replace(QStringLiteral(".cfa"), QStringLiteral(".cfb"));
-    m_symbolPath = QString(path).replace(QStringLiteral(".cfa"), QStringLiteral(".cfc"));
-    // Opened for appending and closed at once: a missing companion is created empty and an
-    // existing one keeps its content.
+    m_blockPath = companionPath(path, QStringLiteral(".cfb"));
+    m_symbolPath = companionPath(path, QStringLiteral(".cfc"));
+    // A missing companion is created empty and an existing one keeps its content.
     QStringList errors;
     for (const KVString& companion : {m_blockPath, m_symbolPath}) {
-        QFile file(companion);
-        if (!file.open(QIODevice::WriteOnly | QIODevice::Append))
-            errors.append(companion + QStringLiteral(": ") + file.errorString());
+        if (const SettingsFileStatus status = SettingsTextFile::ensureExists(companion); !status)
+            errors.append(status.error);
     }
     return errors.join(u'\n');
 }

@@ -30,6 +30,7 @@ private slots:
     void aboveTheFirstShownRowMovesFirst();
     void belowTheLastItemMovesToTheEnd();
     void halfARowBelowTheLastItemMovesFirst();
+    void frameAboveTheRowsMovesToTheEnd();
     void draggingAChildDoesNothing();
     void releaseOverAnotherWindowMovesNothing_data();
     void releaseOverAnotherWindowMovesNothing();
@@ -214,6 +215,17 @@ void tst_maindialog_dragdrop::halfARowBelowTheLastItemMovesFirst()
     fillFourItems();
     dragAndDrop(*m_view, item("C"), m_view->viewport(), rowPoint(*m_view, item("D"), 1.25));
     QCOMPARE(itemTexts(m_dialog->itemList().tree()).join(u' '), QStringLiteral("C A B D"));
+}
+
+void tst_maindialog_dragdrop::frameAboveTheRowsMovesToTheEnd()
+{
+    // The tree's frame belongs to the tree, but no row lies under it or half a row above it:
+    // both hit tests find nothing, which means the end.
+    fillFourItems();
+    const QPoint frame(m_view->width() / 2, 0);
+    QVERIFY(m_view->viewport()->geometry().top() > 0);
+    dragAndDrop(*m_view, item("B"), m_view, frame);
+    QCOMPARE(itemTexts(m_dialog->itemList().tree()).join(u' '), QStringLiteral("A C D B"));
 }
 
 void tst_maindialog_dragdrop::draggingAChildDoesNothing()

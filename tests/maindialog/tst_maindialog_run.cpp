@@ -23,6 +23,7 @@ private slots:
     void importWithUnknownPropertiesWarns();
     void importOfADamagedWorkbookWarns();
     void runClosesTheDialogThenInserts();
+    void runNamesASettingsFileItCannotRead();
     void wholeSession();
 
 private:
@@ -229,6 +230,27 @@ void tst_maindialog_run::runClosesTheDialogThenInserts()
              qPrintable(host.out()));
     // The list was consumed by the run.
     QCOMPARE(list.tree().GetSymbol(list.tree().firstChild(list.tree().firstChild())), nullptr);
+}
+
+void tst_maindialog_run::runNamesASettingsFileItCannotRead()
+{
+    ExampleHost host(m_standard);
+    QVERIFY2(host.ok(), qPrintable(host.error()));
+    CIInsereAuto dialog;
+    const QString missing = m_standard.path(QStringLiteral("missing.cfa"));
+    QCOMPARE(dialog.LoadSettings(missing), QString());
+    QVERIFY(showDialog(dialog));
+    ItemListController& list = dialog.itemList();
+    list.addItem(QStringLiteral("-F9"), {QStringLiteral("TAG=-F9")});
+    CEPasta breaker(CEPasta::kComponent, QStringLiteral("1002"));
+    list.addSymbol(breaker);
+    QVERIFY(clickButton(dialog, "14015"));
+    QVERIFY(!dialog.isVisible());
+    // Read as empty, and named on the command line before the run's own output.
+    const QString out = host.out();
+    QVERIFY2(out.contains(missing), qPrintable(out));
+    QVERIFY2(out.indexOf(missing) < out.indexOf(QStringLiteral("Automatic insertion completed")),
+             qPrintable(out));
 }
 
 void tst_maindialog_run::wholeSession()
