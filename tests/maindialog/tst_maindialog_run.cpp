@@ -24,6 +24,7 @@ private slots:
     void importOfADamagedWorkbookWarns();
     void runClosesTheDialogThenInserts();
     void runNamesASettingsFileItCannotRead();
+    void runTakesMarkerOnlyItemsAndCleansValues();
     void wholeSession();
 
 private:
@@ -39,13 +40,18 @@ QString countText(const QWidget& dialog)
     return dialog.findChild<QLabel*>(QStringLiteral("231"))->text();
 }
 
-QString tagOf(const RefHost::BlockReference& reference)
+QString attributeOf(const RefHost::BlockReference& reference, const QString& tag)
 {
     for (const RefHost::AttributeValue& attribute : reference.attributes) {
-        if (attribute.tag == QStringLiteral("TAG"))
+        if (attribute.tag == tag)
             return attribute.value;
     }
     return {};
+}
+
+QString tagOf(const RefHost::BlockReference& reference)
+{
+    return attributeOf(reference, QStringLiteral("TAG"));
 }
 
 // The references that carry an item's values, in the order they were placed.
@@ -251,6 +257,43 @@ void tst_maindialog_run::runNamesASettingsFileItCannotRead()
     QVERIFY2(out.contains(missing), qPrintable(out));
     QVERIFY2(out.indexOf(missing) < out.indexOf(QStringLiteral("Automatic insertion completed")),
              qPrintable(out));
+}
+
+void tst_maindialog_run::runTakesMarkerOnlyItemsAndCleansValues()
+{
+    ExampleHost host(m_standard);
+    QVERIFY2(host.ok(), qPrintable(host.error()));
+    CIInsereAuto dialog;
+    dialog.LoadSettings(m_standard.settings());
+    QVERIFY(showDialog(dialog));
+    ItemListController& list = dialog.itemList();
+    CEPasta relay(CEPasta::kComponent, QStringLiteral("1401"));
+    list.addItem(QStringLiteral("-K\"1\" \u00C2 relay"),
+                 {QStringLiteral("TAG=-K\"1\""), QStringLiteral("DESCRIPTION=Coil=24 V \"DC\"")});
+    list.addSymbol(relay);
+    // An item with a page break only, and one without children.
+    list.addItem(QStringLiteral("break"), {QStringLiteral("TAG=-BREAK")});
+    QVERIFY(clickButton(dialog, "14011"));
+    list.addItem(QStringLiteral("-K3"), {QStringLiteral("TAG=-K3")});
+    list.addItem(QStringLiteral("-K2"), {QStringLiteral("TAG=-K2")});
+    list.addSymbol(relay);
+    QVERIFY(clickButton(dialog, "14015"));
+
+    const RefHost::Drawing& drawing = host.host().drawing();
+    const QList<RefHost::BlockReference> placed = itemReferences(drawing);
+    QStringList tags;
+    for (const RefHost::BlockReference& reference : placed)
+        tags.append(tagOf(reference));
+    // Double quotes in values become apostrophes; a value keeps a second "=".
+    QCOMPARE(tags.first(), QStringLiteral("-K'1'"));
+    QCOMPARE(attributeOf(placed.first(), QStringLiteral("FUNCTION")),
+             QStringLiteral("Coil=24 V 'DC'"));
+    QVERIFY(!tags.contains(QStringLiteral("-K3")));
+    // The page-only item broke the page: -K2 is on the page after -K1's.
+    const qsizetype second = tags.indexOf(QStringLiteral("-K2"));
+    QVERIFY(second > 0);
+    QCOMPARE(drawing.pageLayers().indexOf(placed.at(second).layer),
+             drawing.pageLayers().indexOf(placed.first().layer) + 1);
 }
 
 void tst_maindialog_run::wholeSession()
