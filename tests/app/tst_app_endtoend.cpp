@@ -26,15 +26,11 @@ using namespace AppTest;
 
 namespace {
 
-QAbstractButton* buttonLabelled(QWidget* dialog, const QString& label)
+// The dialogs' controls carry their numeric identifiers as object names.
+QAbstractButton* buttonWithId(QWidget* dialog, const QString& id)
 {
-    for (QAbstractButton* button : dialog->findChildren<QAbstractButton*>()) {
-        QString text = button->text();
-        text.remove(QLatin1Char('&'));
-        if (text.trimmed().compare(label, Qt::CaseInsensitive) == 0 && button->isVisible())
-            return button;
-    }
-    return nullptr;
+    QAbstractButton* button = dialog->findChild<QAbstractButton*>(id);
+    return button && button->isVisible() ? button : nullptr;
 }
 
 // Rows of every item view of the dialog, top level only.
@@ -110,16 +106,20 @@ void TestAppEndToEnd::insertUndoRedoSave()
     bool added = false;
     int rowsAfterImport = 0;
     ModalAnswer mainDialog([&](QWidget* dialog) {
-        QAbstractButton* import = buttonLabelled(dialog, QStringLiteral("Import"));
-        if (!import)
+        QAbstractButton* import = buttonWithId(dialog, QStringLiteral("14007"));
+        if (!import) {
+            dialog->close(); // fail the checks below instead of waiting for ever
             return;
+        }
         const int rowsBefore = listedRows(dialog);
         import->click();
         imported = QTest::qWaitFor([&]() { return listedRows(dialog) > rowsBefore; }, 10000);
         rowsAfterImport = listedRows(dialog);
-        QAbstractButton* add = buttonLabelled(dialog, QStringLiteral("Add"));
-        if (!add)
+        QAbstractButton* add = buttonWithId(dialog, QStringLiteral("14015"));
+        if (!add) {
+            dialog->close();
             return;
+        }
         add->click();
         added = true;
     });
