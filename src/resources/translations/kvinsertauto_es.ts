@@ -312,7 +312,7 @@ Error: no se ha encontrado el componente asociado: clave = %1</translation>
         <translation>Lista de campos:</translation>
     </message>
     <message>
-        <location filename="../../maindialog/CIInsereAuto.cpp" line="260"/>
+        <location filename="../../maindialog/CIInsereAuto.cpp" line="258"/>
         <location filename="../../settingsui/CIConfigAuto.cpp" line="242"/>
         <location filename="../../settingsui/CIConfigAuto.cpp" line="246"/>
         <location filename="../../settingsui/CIConfigAuto.cpp" line="250"/>
@@ -321,7 +321,7 @@ Error: no se ha encontrado el componente asociado: clave = %1</translation>
         <translation>Añadir</translation>
     </message>
     <message>
-        <location filename="../../maindialog/CIInsereAuto.cpp" line="270"/>
+        <location filename="../../maindialog/CIInsereAuto.cpp" line="268"/>
         <location filename="../../settingsui/CIConfigAuto.cpp" line="243"/>
         <location filename="../../settingsui/CIConfigAuto.cpp" line="247"/>
         <location filename="../../settingsui/CIConfigAuto.cpp" line="251"/>
@@ -329,7 +329,7 @@ Error: no se ha encontrado el componente asociado: clave = %1</translation>
         <translation>Eliminar</translation>
     </message>
     <message>
-        <location filename="../../maindialog/CIInsereAuto.cpp" line="258"/>
+        <location filename="../../maindialog/CIInsereAuto.cpp" line="256"/>
         <location filename="../../settingsui/CIConfigAuto.cpp" line="244"/>
         <location filename="../../settingsui/IDlgComps.cpp" line="63"/>
         <source>Symbols:</source>
@@ -397,7 +397,7 @@ Error: no se ha encontrado el componente asociado: clave = %1</translation>
         <translation>Guardar</translation>
     </message>
     <message>
-        <location filename="../../maindialog/CIInsereAuto.cpp" line="261"/>
+        <location filename="../../maindialog/CIInsereAuto.cpp" line="259"/>
         <location filename="../../settingsui/CIConfigAuto.cpp" line="261"/>
         <source>Close</source>
         <translation>Cerrar</translation>
@@ -471,7 +471,7 @@ Error: no se ha encontrado el componente asociado: clave = %1</translation>
         <translation>Editar elemento</translation>
     </message>
     <message>
-        <location filename="../../maindialog/CIInsereAuto.cpp" line="265"/>
+        <location filename="../../maindialog/CIInsereAuto.cpp" line="263"/>
         <location filename="../../settingsui/IAdicionaItem.cpp" line="53"/>
         <source>Add item</source>
         <translation>Añadir elemento</translation>
@@ -529,57 +529,57 @@ Error: no se ha encontrado el componente asociado: clave = %1</translation>
         <translation>Usar páginas existentes</translation>
     </message>
     <message>
-        <location filename="../../maindialog/CIInsereAuto.cpp" line="255"/>
+        <location filename="../../maindialog/CIInsereAuto.cpp" line="253"/>
         <source>Automatic insertion</source>
         <translation>Inserción automática</translation>
     </message>
     <message>
-        <location filename="../../maindialog/CIInsereAuto.cpp" line="256"/>
+        <location filename="../../maindialog/CIInsereAuto.cpp" line="254"/>
         <source>Item list:</source>
         <translation>Lista de elementos:</translation>
     </message>
     <message>
-        <location filename="../../maindialog/CIInsereAuto.cpp" line="263"/>
+        <location filename="../../maindialog/CIInsereAuto.cpp" line="261"/>
         <source>Setup</source>
         <translation>Configurar</translation>
     </message>
     <message>
-        <location filename="../../maindialog/CIInsereAuto.cpp" line="264"/>
+        <location filename="../../maindialog/CIInsereAuto.cpp" line="262"/>
         <source>Import</source>
         <translation>Importar</translation>
     </message>
     <message>
-        <location filename="../../maindialog/CIInsereAuto.cpp" line="266"/>
+        <location filename="../../maindialog/CIInsereAuto.cpp" line="264"/>
         <source>Copy item</source>
         <translation>Copiar elemento</translation>
     </message>
     <message>
-        <location filename="../../maindialog/CIInsereAuto.cpp" line="267"/>
+        <location filename="../../maindialog/CIInsereAuto.cpp" line="265"/>
         <source>Add symbol</source>
         <translation>Añadir símbolo</translation>
     </message>
     <message>
-        <location filename="../../maindialog/CIInsereAuto.cpp" line="268"/>
+        <location filename="../../maindialog/CIInsereAuto.cpp" line="266"/>
         <source>Add page</source>
         <translation>Añadir página</translation>
     </message>
     <message>
-        <location filename="../../maindialog/CIInsereAuto.cpp" line="269"/>
+        <location filename="../../maindialog/CIInsereAuto.cpp" line="267"/>
         <source>Add space</source>
         <translation>Añadir espacio</translation>
     </message>
     <message>
-        <location filename="../../maindialog/CIInsereAuto.cpp" line="257"/>
+        <location filename="../../maindialog/CIInsereAuto.cpp" line="255"/>
         <source>Items not imported:</source>
         <translation>Elementos no importados:</translation>
     </message>
     <message>
-        <location filename="../../maindialog/CIInsereAuto.cpp" line="259"/>
+        <location filename="../../maindialog/CIInsereAuto.cpp" line="257"/>
         <source>Symbols selected:</source>
         <translation>Símbolos seleccionados:</translation>
     </message>
     <message>
-        <location filename="../../maindialog/CIInsereAuto.cpp" line="262"/>
+        <location filename="../../maindialog/CIInsereAuto.cpp" line="260"/>
         <source>Finalize</source>
         <translation>Finalizar</translation>
     </message>

@@ -312,7 +312,7 @@ Erro: componente associado não encontrado: chave = %1</translation>
         <translation>Lista de campos:</translation>
     </message>
     <message>
-        <location filename="../../maindialog/CIInsereAuto.cpp" line="260"/>
+        <location filename="../../maindialog/CIInsereAuto.cpp" line="258"/>
         <location filename="../../settingsui/CIConfigAuto.cpp" line="242"/>
         <location filename="../../settingsui/CIConfigAuto.cpp" line="246"/>
         <location filename="../../settingsui/CIConfigAuto.cpp" line="250"/>
@@ -321,7 +321,7 @@ Erro: componente associado não encontrado: chave = %1</translation>
         <translation>Adicionar</translation>
     </message>
     <message>
-        <location filename="../../maindialog/CIInsereAuto.cpp" line="270"/>
+        <location filename="../../maindialog/CIInsereAuto.cpp" line="268"/>
         <location filename="../../settingsui/CIConfigAuto.cpp" line="243"/>
         <location filename="../../settingsui/CIConfigAuto.cpp" line="247"/>
         <location filename="../../settingsui/CIConfigAuto.cpp" line="251"/>
@@ -329,7 +329,7 @@ Erro: componente associado não encontrado: chave = %1</translation>
         <translation>Remover</translation>
     </message>
     <message>
-        <location filename="../../maindialog/CIInsereAuto.cpp" line="258"/>
+        <location filename="../../maindialog/CIInsereAuto.cpp" line="256"/>
         <location filename="../../settingsui/CIConfigAuto.cpp" line="244"/>
         <location filename="../../settingsui/IDlgComps.cpp" line="63"/>
         <source>Symbols:</source>
@@ -397,7 +397,7 @@ Erro: componente associado não encontrado: chave = %1</translation>
         <translation>Salvar</translation>
     </message>
     <message>
-        <location filename="../../maindialog/CIInsereAuto.cpp" line="261"/>
+        <location filename="../../maindialog/CIInsereAuto.cpp" line="259"/>
         <location filename="../../settingsui/CIConfigAuto.cpp" line="261"/>
         <source>Close</source>
         <translation>Fechar</translation>
@@ -471,7 +471,7 @@ Erro: componente associado não encontrado: chave = %1</translation>
         <translation>Editar item</translation>
     </message>
     <message>
-        <location filename="../../maindialog/CIInsereAuto.cpp" line="265"/>
+        <location filename="../../maindialog/CIInsereAuto.cpp" line="263"/>
         <location filename="../../settingsui/IAdicionaItem.cpp" line="53"/>
         <source>Add item</source>
         <translation>Adicionar item</translation>
@@ -529,57 +529,57 @@ Erro: componente associado não encontrado: chave = %1</translation>
         <translation>Usar páginas existentes</translation>
     </message>
     <message>
-        <location filename="../../maindialog/CIInsereAuto.cpp" line="255"/>
+        <location filename="../../maindialog/CIInsereAuto.cpp" line="253"/>
         <source>Automatic insertion</source>
         <translation>Inserção automática</translation>
     </message>
     <message>
-        <location filename="../../maindialog/CIInsereAuto.cpp" line="256"/>
+        <location filename="../../maindialog/CIInsereAuto.cpp" line="254"/>
         <source>Item list:</source>
         <translation>Lista de itens:</translation>
     </message>
     <message>
-        <location filename="../../maindialog/CIInsereAuto.cpp" line="263"/>
+        <location filename="../../maindialog/CIInsereAuto.cpp" line="261"/>
         <source>Setup</source>
         <translation>Configurar</translation>
     </message>
     <message>
-        <location filename="../../maindialog/CIInsereAuto.cpp" line="264"/>
+        <location filename="../../maindialog/CIInsereAuto.cpp" line="262"/>
         <source>Import</source>
         <translation>Importar</translation>
     </message>
     <message>
-        <location filename="../../maindialog/CIInsereAuto.cpp" line="266"/>
+        <location filename="../../maindialog/CIInsereAuto.cpp" line="264"/>
         <source>Copy item</source>
         <translation>Copiar item</translation>
     </message>
     <message>
-        <location filename="../../maindialog/CIInsereAuto.cpp" line="267"/>
+        <location filename="../../maindialog/CIInsereAuto.cpp" line="265"/>
         <source>Add symbol</source>
         <translation>Adicionar símbolo</translation>
     </message>
     <message>
-        <location filename="../../maindialog/CIInsereAuto.cpp" line="268"/>
+        <location filename="../../maindialog/CIInsereAuto.cpp" line="266"/>
         <source>Add page</source>
         <translation>Adicionar página</translation>
     </message>
     <message>
-        <location filename="../../maindialog/CIInsereAuto.cpp" line="269"/>
+        <location filename="../../maindialog/CIInsereAuto.cpp" line="267"/>
         <source>Add space</source>
         <translation>Adicionar espaço</translation>
     </message>
     <message>
-        <location filename="../../maindialog/CIInsereAuto.cpp" line="257"/>
+        <location filename="../../maindialog/CIInsereAuto.cpp" line="255"/>
         <source>Items not imported:</source>
         <translation>Itens não importados:</translation>
     </message>
     <message>
-        <location filename="../../maindialog/CIInsereAuto.cpp" line="259"/>
+        <location filename="../../maindialog/CIInsereAuto.cpp" line="257"/>
         <source>Symbols selected:</source>
         <translation>Símbolos selecionados:</translation>
     </message>
     <message>
-        <location filename="../../maindialog/CIInsereAuto.cpp" line="262"/>
+        <location filename="../../maindialog/CIInsereAuto.cpp" line="260"/>
         <source>Finalize</source>
         <translation>Concluir</translation>
     </message>
