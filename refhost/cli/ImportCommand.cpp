@@ -197,14 +197,7 @@ struct ImportArguments
     QString trace;
 };
 
-struct Option
-{
-    const char* name;
-    QString ImportArguments::*member;
-    bool required;
-};
-
-const Option kOptions[] = {
+const CliOption<ImportArguments> kOptions[] = {
     {"--settings", &ImportArguments::settings, true},
     {"--sheet", &ImportArguments::sheet, true},
     {"--database", &ImportArguments::database, true},
@@ -215,31 +208,7 @@ const Option kOptions[] = {
 
 std::optional<ImportArguments> parseArguments(const QStringList& args, QString* problem)
 {
-    ImportArguments parsed;
-    for (qsizetype i = 0; i < args.size(); ++i) {
-        const QString& arg = args.at(i);
-        const Option* option = nullptr;
-        for (const Option& candidate : kOptions) {
-            if (arg == QLatin1String(candidate.name))
-                option = &candidate;
-        }
-        if (!option) {
-            *problem = QStringLiteral("unknown argument %1").arg(arg);
-            return std::nullopt;
-        }
-        if (i + 1 >= args.size()) {
-            *problem = arg + QStringLiteral(" needs a value");
-            return std::nullopt;
-        }
-        parsed.*(option->member) = args.at(++i);
-    }
-    for (const Option& option : kOptions) {
-        if (option.required && (parsed.*(option.member)).isEmpty()) {
-            *problem = QStringLiteral("%1 is required").arg(QLatin1String(option.name));
-            return std::nullopt;
-        }
-    }
-    return parsed;
+    return parseCliOptions(args, kOptions, problem);
 }
 
 // Without --standard: the only standard that BDKV names. The standard matters to the import

@@ -47,14 +47,7 @@ struct RunArguments
 
 // The value options of the verb and where each goes. The items come from a tree or from a
 // spreadsheet, exactly one of the two.
-struct Option
-{
-    const char* name;
-    QString RunArguments::*member;
-    bool required;
-};
-
-const Option kOptions[] = {
+const CliOption<RunArguments> kOptions[] = {
     {"--settings", &RunArguments::settings, true},
     {"--tree", &RunArguments::tree, false},
     {"--sheet", &RunArguments::sheet, false},
@@ -97,33 +90,12 @@ QString checkWritable(const QString& path)
 // The arguments, or the problem with them.
 std::optional<RunArguments> parseArguments(const QStringList& args, QString* problem)
 {
-    RunArguments parsed;
-    for (qsizetype i = 0; i < args.size(); ++i) {
-        const QString& arg = args.at(i);
-        const Option* option = nullptr;
-        for (const Option& candidate : kOptions) {
-            if (arg == QLatin1String(candidate.name))
-                option = &candidate;
-        }
-        if (!option) {
-            *problem = QStringLiteral("unknown argument %1").arg(arg);
-            return std::nullopt;
-        }
-        if (i + 1 >= args.size()) {
-            *problem = arg + QStringLiteral(" needs a value");
-            return std::nullopt;
-        }
-        parsed.*(option->member) = args.at(++i);
-    }
-    for (const Option& option : kOptions) {
-        if (option.required && (parsed.*(option.member)).isEmpty()) {
-            *problem = QStringLiteral("%1 is required").arg(QLatin1String(option.name));
-            return std::nullopt;
-        }
-    }
-    if (parsed.tree.isEmpty() == parsed.sheet.isEmpty()) {
-        *problem = parsed.tree.isEmpty() ? QStringLiteral("--tree or --sheet is required")
-                                         : QStringLiteral("give --tree or --sheet, not both");
+    std::optional<RunArguments> parsed = parseCliOptions(args, kOptions, problem);
+    if (!parsed)
+        return std::nullopt;
+    if (parsed->tree.isEmpty() == parsed->sheet.isEmpty()) {
+        *problem = parsed->tree.isEmpty() ? QStringLiteral("--tree or --sheet is required")
+                                          : QStringLiteral("give --tree or --sheet, not both");
         return std::nullopt;
     }
     return parsed;
