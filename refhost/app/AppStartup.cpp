@@ -90,6 +90,7 @@ QString loadModule(const AppOptions& options, DesktopHost& host, ModuleLoader& l
         return QStringLiteral("%1: the module library was not found")
             .arg(ModuleLoader::libraryPath(folders.constFirst()));
     host.installBinding();
+    loader.setBeforeLibraryUnload([&host]() { host.removeModuleFunctions(); });
     return loader.load(path);
 }
 

@@ -32,7 +32,8 @@ struct AppOptions
 // The folders searched for the module library, in order.
 QStringList pluginFolders(const AppOptions& options);
 
-// Loads the module found in the plug-in folders into the host; the problem or empty.
+// Loads the module found in the plug-in folders into the host; the problem or empty. The host
+// outlives the loader: unloading drops the module's drawing-language functions from it.
 QString loadModule(const AppOptions& options, DesktopHost& host, ModuleLoader& loader);
 
 // Installs the translators of `language` ("pt_BR", "es"; empty: the system's) found in the

@@ -9,10 +9,10 @@
 namespace KvHost {
 
 DesktopHost::DesktopHost(QString settingsFile, QObject* parent)
-    : QObject(parent), m_settingsFile(std::move(settingsFile)), m_runner(nullptr),
-      m_electrical(m_commands, m_runner)
+    : QObject(parent), m_settingsFile(std::move(settingsFile)),
+      m_console(std::make_unique<RefHost::Console>(&m_out, &m_err)), m_language(*m_console),
+      m_detachedDocument(*m_console), m_runner(nullptr), m_electrical(m_commands, m_runner)
 {
-    m_console = std::make_unique<RefHost::Console>(&m_out, &m_err);
     connect(&m_out, &ConsoleDevice::textWritten, this,
             [this](const QString& text) { emit output(text, false); });
     connect(&m_err, &ConsoleDevice::textWritten, this,
@@ -32,8 +32,36 @@ DesktopHost::DesktopHost(QString settingsFile, QObject* parent)
 DesktopHost::~DesktopHost()
 {
     // The module may still hold the binding; leave it pointing at nothing.
-    m_host.reset();
-    m_electrical.setTarget(nullptr);
+    setReferenceHost(nullptr);
+}
+
+void DesktopHost::setReferenceHost(std::unique_ptr<RefHost::ReferenceHost> host)
+{
+    m_electrical.setTarget(host ? &host->electrical() : nullptr);
+    m_language.setTarget(host ? &host->language() : nullptr);
+    m_host = std::move(host);
+}
+
+RefHost::HeadlessDocument& DesktopHost::activeDocument()
+{
+    return m_host ? m_host->document() : m_detachedDocument;
+}
+
+bool DesktopHost::callModuleFunction(const QString& name, qsizetype argumentCount)
+{
+    if (!m_language.moduleFunctions().contains(name))
+        return false;
+    installBinding();
+    RefHost::HeadlessDocument& document = activeDocument();
+    document.SetLispResultString({});
+    if (!m_language.callModuleFunction(name, argumentCount))
+        return false;
+    // The result as the drawing language shows a text.
+    QString result = document.lispResult();
+    result.replace(QLatin1Char('\\'), QStringLiteral("\\\\"))
+        .replace(QLatin1Char('"'), QStringLiteral("\\\""));
+    m_console->print(QLatin1Char('"') + result + QStringLiteral("\"\n"));
+    return true;
 }
 
 QString DesktopHost::rebuild(std::optional<RefHost::Drawing> drawing)
@@ -51,12 +79,10 @@ QString DesktopHost::rebuild(std::optional<RefHost::Drawing> drawing)
     if (!created.host) {
         // Keep working on the drawing without a database.
         m_detachedDrawing = std::move(*drawing);
-        m_host.reset();
-        m_electrical.setTarget(nullptr);
+        setReferenceHost(nullptr);
         m_connectionProblem = created.error;
     } else {
-        m_host = std::move(created.host);
-        m_electrical.setTarget(&m_host->electrical());
+        setReferenceHost(std::move(created.host));
         m_connectionProblem.clear();
     }
     installBinding();
@@ -71,8 +97,7 @@ QString DesktopHost::applySettings(const HostSettings& settings)
     m_settings.save(m_settingsFile, &stored);
     if (!m_settings.isComplete()) {
         m_detachedDrawing = drawing();
-        m_host.reset();
-        m_electrical.setTarget(nullptr);
+        setReferenceHost(nullptr);
         m_connectionProblem = tr("no standard database is set up (Settings)");
         installBinding();
         emit connectionChanged(false);
@@ -214,6 +239,9 @@ HostBinding DesktopHost::binding() const
     if (m_host)
         binding = m_host->untracedBinding();
     binding.electrical = const_cast<ElectricalServicesProxy*>(&m_electrical);
+    binding.language = const_cast<DrawingLanguageProxy*>(&m_language);
+    if (!m_host)
+        binding.document = const_cast<RefHost::HeadlessDocument*>(&m_detachedDocument);
     binding.system = const_cast<GuiSystemServices*>(&m_system);
     binding.mainWindow = m_mainWindow;
     return binding;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ConsoleDevice.h"
+#include "DrawingLanguageProxy.h"
 #include "ElectricalServicesProxy.h"
 #include "GuiSystemServices.h"
 #include "HostSettings.h"
@@ -9,6 +10,7 @@
 #include "CommandManager.h"
 #include "Console.h"
 #include "Drawing.h"
+#include "HeadlessDocument.h"
 #include "ReferenceHost.h"
 
 #include "host/HostBinding.h"
@@ -69,6 +71,14 @@ public:
     bool stepPage(int step);
 
     RefHost::CommandManager& commands() { return m_commands; }
+    // The functions the module registered in the drawing language.
+    const RefHost::ModuleFunctions& moduleFunctions() const { return m_language.moduleFunctions(); }
+    // Calls one of them from the command line and writes its result; false when there is no
+    // such function or it failed (the error has been written).
+    bool callModuleFunction(const QString& name, qsizetype argumentCount);
+    // Forgets them: their code goes with the module, so the loader calls this before it
+    // unloads the module's library.
+    void removeModuleFunctions() { m_language.removeModuleFunctions(); }
     // Runs a command by name (ignoring case); false when there is none. The binding is
     // installed around it and drawingChanged is sent afterwards.
     bool runCommand(const QString& name);
@@ -92,6 +102,8 @@ signals:
 
 private:
     QString rebuild(std::optional<RefHost::Drawing> drawing);
+    void setReferenceHost(std::unique_ptr<RefHost::ReferenceHost> host);
+    RefHost::HeadlessDocument& activeDocument();
     void changed();
 
     QString m_settingsFile;
@@ -99,6 +111,8 @@ private:
     ConsoleDevice m_out;
     ConsoleDevice m_err;
     std::unique_ptr<RefHost::Console> m_console;
+    DrawingLanguageProxy m_language;
+    RefHost::HeadlessDocument m_detachedDocument; // the active document while no database is open
     GuiSystemServices m_system;
     ProgressRunner m_runner;
     RefHost::CommandManager m_commands;

@@ -271,6 +271,8 @@ bool MainWindow::execute(const QString& line)
     const QString trimmed = line.trimmed();
     if (trimmed.isEmpty())
         return false;
+    if (trimmed.startsWith(QLatin1Char('(')))
+        return callFunction(trimmed);
     const QString name = trimmed.section(QLatin1Char(' '), 0, 0, QString::SectionSkipEmpty);
     m_arguments = trimmed.section(QLatin1Char(' '), 1, -1, QString::SectionSkipEmpty);
     appendOutput(tr("Command: %1\n").arg(trimmed.toUpper()));
@@ -284,6 +286,29 @@ bool MainWindow::execute(const QString& line)
     }
     m_arguments.clear();
     return true;
+}
+
+// "(NAME ARG ...)" calls a function that a module registered in the drawing language, as the
+// command line of a CAD host does; its result is written below.
+bool MainWindow::callFunction(const QString& expression)
+{
+    appendOutput(tr("Command: %1\n").arg(expression));
+    if (!expression.endsWith(QLatin1Char(')'))) {
+        appendOutput(tr("Unbalanced parentheses in \"%1\"\n").arg(expression), true);
+        return false;
+    }
+    const QStringList words =
+        expression.mid(1, expression.size() - 2).split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    const QString name = words.value(0);
+    if (m_host.isRunningCommand()) {
+        appendOutput(tr("A command is running; try again when it has finished\n"), true);
+        return false;
+    }
+    if (!m_host.moduleFunctions().contains(name)) {
+        appendOutput(tr("Unknown function \"%1\"\n").arg(name), true);
+        return false;
+    }
+    return m_host.callModuleFunction(name, words.size() - 1);
 }
 
 void MainWindow::refreshCommands()

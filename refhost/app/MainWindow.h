@@ -28,7 +28,8 @@ public:
     explicit MainWindow(DesktopHost& host, QWidget* parent = nullptr);
     ~MainWindow() override;
 
-    // Runs one command line ("ZOOM 2", "VRINSAUTO"); false when the command is unknown.
+    // Runs one command line ("ZOOM 2", "VRINSAUTO", or "(kvGetTempDir)" for a function a
+    // module registered); false when the command or function is unknown or failed.
     bool execute(const QString& line);
 
     CommandLineEdit* commandLine() const { return m_commandLine; }
@@ -47,6 +48,7 @@ protected:
     void closeEvent(QCloseEvent* event) override;
 
 private:
+    bool callFunction(const QString& expression);
     void registerHostCommands();
     void buildMenus();
     void refreshAll();

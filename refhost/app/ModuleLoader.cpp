@@ -81,6 +81,8 @@ void ModuleLoader::unload()
         m_module->deleteModule();
         m_module = nullptr;
     }
+    if (m_beforeLibraryUnload && m_library.isLoaded())
+        m_beforeLibraryUnload();
     closeHandle();
     if (m_library.isLoaded()) {
         // The module's commands are gone from the command manager; the code can go too.

@@ -3,6 +3,7 @@
 #include <QLibrary>
 #include <QString>
 
+#include <functional>
 #include <memory>
 
 class OdRxModule;
@@ -43,6 +44,13 @@ public:
     QString load(const QString& path);
     // uninitApp, module deletion, unload; nothing when nothing is loaded.
     void unload();
+    // Called by unload() once the module object is gone and before the library is closed, so
+    // that the host drops what still points into the module's code (its drawing-language
+    // functions). Whoever sets it outlives the loader.
+    void setBeforeLibraryUnload(std::function<void()> handler)
+    {
+        m_beforeLibraryUnload = std::move(handler);
+    }
 
     bool isLoaded() const { return m_module != nullptr; }
     const Version& version() const { return m_version; }
@@ -55,6 +63,7 @@ private:
     Version m_version;
     OdRxModule* m_module = nullptr;
     void* m_handle = nullptr; // dlopen's handle of the library, handed to the module object
+    std::function<void()> m_beforeLibraryUnload;
 };
 
 } // namespace KvHost

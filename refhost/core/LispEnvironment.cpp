@@ -145,22 +145,32 @@ void LispEnvironment::setVariable(const QString& name, const LispChain& value)
     variables.insert(name.toUpper(), value);
 }
 
+bool LispEnvironment::registerFunction(const KVString& name, DrawingLanguageFunction function)
+{
+    // A built-in function keeps its name.
+    if (m_functions.contains(QString(name).toUpper()))
+        return false;
+    return m_registered.add(name, std::move(function));
+}
+
 QStringList LispEnvironment::functionNames() const
 {
     QStringList names;
     for (const Entry& entry : m_functions)
         names.append(entry.name);
+    names.append(m_registered.names());
     return names;
 }
 
 bool LispEnvironment::call(const QString& name, const LispChain& args)
 {
     const auto found = m_functions.constFind(name.toUpper());
-    if (found == m_functions.constEnd()) {
-        m_console.error(QStringLiteral("unknown drawing-language function \"%1\"").arg(name));
-        return false;
-    }
-    return (this->*found->function)(found->name, args);
+    if (found != m_functions.constEnd())
+        return (this->*found->function)(found->name, args);
+    if (m_registered.contains(name))
+        return m_registered.call(name, args.size(), m_console);
+    m_console.error(QStringLiteral("unknown drawing-language function \"%1\"").arg(name));
+    return false;
 }
 
 // "*L_PAGINAS*" holds one list per page group, one after the other (they are not wrapped in an

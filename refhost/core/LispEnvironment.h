@@ -3,6 +3,7 @@
 #include "CadServices.h"
 #include "Console.h"
 #include "Drawing.h"
+#include "ModuleFunctions.h"
 #include "UndoHistory.h"
 
 #include "host/DrawingLanguage.h"
@@ -27,6 +28,13 @@ public:
     std::optional<LispChain> variable(const KVString& name) override;
     // Writes the text on the output stream as it is.
     void print(const KVString& text) override;
+    // Takes a module's function under a name that no built-in function and no other module
+    // function has. The function lives in the module's code: the host calls
+    // removeRegisteredFunctions() before it unloads a module.
+    bool registerFunction(const KVString& name, DrawingLanguageFunction function) override;
+    // Forgets every function registered by modules.
+    void removeRegisteredFunctions() { m_registered.clear(); }
+    const ModuleFunctions& registeredFunctions() const { return m_registered; }
 
     // Answers the block name of a component key in a standard (empty when unknown).
     using BlockNameLookup = std::function<QString(const QString& key, const QString& standard)>;
@@ -34,7 +42,8 @@ public:
     void setBlockNameLookup(BlockNameLookup lookup) { m_blockNameLookup = std::move(lookup); }
 
     void setVariable(const QString& name, const LispChain& value);
-    // The names of the functions this environment knows, as they are spelled.
+    // The names of the functions this environment knows, as they are spelled: the built-in
+    // ones, then those registered by modules.
     QStringList functionNames() const;
     // Calls a function; false when it is unknown or failed (the error has been written).
     bool call(const QString& name, const LispChain& args);
@@ -66,6 +75,7 @@ private:
     UndoHistory& m_undo;
     Console& m_console;
     QMap<QString, Entry> m_functions; // by upper-case name
+    ModuleFunctions m_registered;
     BlockNameLookup m_blockNameLookup;
 };
 

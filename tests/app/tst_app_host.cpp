@@ -50,6 +50,8 @@ private slots:
     void programRefusesUnsupportedModule();
     void loadsModuleCommands();
     void settingsCommandOpensSettingsDialog();
+    void moduleFunctionFromTheCommandLine();
+    void moduleFunctionOutlivesRebuildAndGoesWithTheModule();
 
     void settingsPersist();
     void settingsDialogEditsEverySetting();
@@ -513,6 +515,65 @@ void TestAppHost::settingsCommandOpensSettingsDialog()
     QTest::qWait(600);
     QVERIFY(!none.answered());
     QCOMPARE(host.system().fileDialogRequests().size(), 2);
+}
+
+void TestAppHost::moduleFunctionFromTheCommandLine()
+{
+    KvHost::DesktopHost host(m_example->settingsFile);
+    KvHost::MainWindow window(host);
+    KvHost::AppOptions options;
+    options.pluginFolder = QStringLiteral(KV_MODULE_DIR);
+    KvHost::ModuleLoader loader;
+    QCOMPARE(KvHost::loadModule(options, host, loader), QString());
+    QVERIFY(host.moduleFunctions().contains(QStringLiteral("kvGetTempDir")));
+
+    // The module answers the host's temporary folder, shown as a drawing-language text.
+    QVERIFY(window.execute(QStringLiteral("(kvgettempdir)")));
+    const QString expected = QLatin1Char('"') + host.system().GetTempFolder() + QLatin1Char('"');
+    QVERIFY(!host.system().GetTempFolder().isEmpty());
+    QVERIFY2(window.outputPane()->toPlainText().contains(expected),
+             qPrintable(window.outputPane()->toPlainText()));
+
+    QVERIFY(!window.execute(QStringLiteral("(kvGetTempDir 1)")));
+    QVERIFY(window.outputPane()->toPlainText().contains(
+        QStringLiteral("error: kvGetTempDir: takes no arguments")));
+    QVERIFY(!window.execute(QStringLiteral("(nosuch)")));
+    QVERIFY(
+        window.outputPane()->toPlainText().contains(QStringLiteral("Unknown function \"nosuch\"")));
+    QVERIFY(!window.execute(QStringLiteral("(kvGetTempDir")));
+    QVERIFY(window.outputPane()->toPlainText().contains(QStringLiteral("Unbalanced parentheses")));
+    // The run's own functions are not for the command line.
+    QVERIFY(!window.execute(QStringLiteral("(fimInsAuto)")));
+}
+
+void TestAppHost::moduleFunctionOutlivesRebuildAndGoesWithTheModule()
+{
+    KvHost::DesktopHost host(m_example->settingsFile);
+    KvHost::AppOptions options;
+    options.pluginFolder = QStringLiteral(KV_MODULE_DIR);
+    KvHost::ModuleLoader loader;
+    QCOMPARE(KvHost::loadModule(options, host, loader), QString());
+    // Opening another drawing rebuilds the reference host; the function stays.
+    QVERIFY(host.isConnected());
+    host.newDrawing();
+    QCOMPARE(host.applySettings(host.settings()), QString());
+    QVERIFY(host.callModuleFunction(QStringLiteral("kvGetTempDir"), 0));
+    // Without a database too.
+    const KvHost::HostSettings connected = host.settings();
+    KvHost::HostSettings none = connected;
+    none.database.clear();
+    host.applySettings(none);
+    QVERIFY(!host.isConnected());
+    QVERIFY(host.callModuleFunction(QStringLiteral("kvGetTempDir"), 0));
+    QCOMPARE(host.applySettings(connected), QString());
+
+    // Unloading takes the function with the module's code; nothing points into it afterwards.
+    loader.unload();
+    QVERIFY(!host.moduleFunctions().contains(QStringLiteral("kvGetTempDir")));
+    QVERIFY(!host.callModuleFunction(QStringLiteral("kvGetTempDir"), 0));
+    // Loaded again, it is registered again.
+    QCOMPARE(KvHost::loadModule(options, host, loader), QString());
+    QVERIFY(host.callModuleFunction(QStringLiteral("kvGetTempDir"), 0));
 }
 
 QTEST_MAIN(TestAppHost)

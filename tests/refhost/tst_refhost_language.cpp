@@ -370,6 +370,60 @@ private slots:
                                      "monta_listas_de_paginas_globais"}));
     }
 
+    void moduleFunctionIsCalledByName()
+    {
+        int calls = 0;
+        QVERIFY(m_lisp->registerFunction(QStringLiteral("kvGetTempDir"), [&calls]() {
+            ++calls;
+            return ModuleFunctions::kResultSet;
+        }));
+        m_lisp->invokeVoid(KVStringList{QStringLiteral("KVGETTEMPDIR")});
+        m_lisp->invokeTyped(text(QStringLiteral("kvgettempdir")));
+        QCOMPARE(calls, 2);
+        QVERIFY(m_err.data().isEmpty());
+        QVERIFY(m_lisp->functionNames().contains(QStringLiteral("kvGetTempDir")));
+    }
+
+    void moduleFunctionFailures()
+    {
+        int status = 3;
+        QVERIFY(m_lisp->registerFunction(QStringLiteral("kvTest"), [&status]() { return status; }));
+        QVERIFY(!m_lisp->call(QStringLiteral("kvTest"), {}));
+        QVERIFY(!m_lisp->call(QStringLiteral("kvTest"), text(QStringLiteral("extra"))));
+        status = ModuleFunctions::kResultSet;
+        QVERIFY(m_lisp->call(QStringLiteral("kvTest"), {}));
+        QCOMPARE(QString::fromUtf8(m_err.data()),
+                 QStringLiteral("error: kvTest: the function answered status 3\n"
+                                "error: kvTest: takes no arguments\n"));
+    }
+
+    void registeredNamesAreNotTakenTwice()
+    {
+        const auto answer = []() { return ModuleFunctions::kResultSet; };
+        // A built-in function and an already registered one keep their names, whatever the case.
+        QVERIFY(!m_lisp->registerFunction(QStringLiteral("INSERIRAUTO"), answer));
+        QVERIFY(m_lisp->registerFunction(QStringLiteral("kvGetTempDir"), answer));
+        QVERIFY(!m_lisp->registerFunction(QStringLiteral("KVGetTempDir"), answer));
+        QVERIFY(!m_lisp->registerFunction(QString(), answer));
+        QVERIFY(!m_lisp->registerFunction(QStringLiteral("kvEmpty"), DrawingLanguageFunction()));
+        QCOMPARE(m_lisp->functionNames().size(), 8);
+    }
+
+    void removedModuleFunctionsAreUnknown()
+    {
+        int calls = 0;
+        QVERIFY(m_lisp->registerFunction(QStringLiteral("kvGetTempDir"), [&calls]() {
+            ++calls;
+            return ModuleFunctions::kResultSet;
+        }));
+        m_lisp->removeRegisteredFunctions();
+        QVERIFY(!m_lisp->call(QStringLiteral("kvGetTempDir"), {}));
+        QCOMPARE(calls, 0);
+        QCOMPARE(QString::fromUtf8(m_err.data()),
+                 QStringLiteral("error: unknown drawing-language function \"kvGetTempDir\"\n"));
+        QCOMPARE(m_lisp->functionNames().size(), 7);
+    }
+
 private:
     std::unique_ptr<QTemporaryDir> m_dir;
     Drawing m_drawing;
