@@ -260,6 +260,65 @@ QStringList StandardLoader::findCycle(const QList<QPair<QString, QString>>& asso
     return {};
 }
 
+QStringList StandardLoader::deepestChain(const QList<QPair<QString, QString>>& associations)
+{
+    QHash<QString, QStringList> next;
+    QStringList owners;
+    for (const auto& [owner, associated] : associations) {
+        if (!next.contains(owner))
+            owners.append(owner);
+        next[owner].append(associated);
+    }
+    std::sort(owners.begin(), owners.end());
+    for (QStringList& children : next)
+        std::sort(children.begin(), children.end());
+
+    // Levels below each key, worked out after its children (a walk without recursion, as in
+    // findCycle), and the child that leads deepest.
+    QHash<QString, int> levels;
+    QHash<QString, QString> deepest;
+    for (const QString& root : std::as_const(owners)) {
+        if (levels.contains(root))
+            continue;
+        QStringList path{root};
+        while (!path.isEmpty()) {
+            const QString key = path.last();
+            const QStringList& children = next.value(key);
+            bool waiting = false;
+            for (const QString& child : children) {
+                if (!levels.contains(child)) {
+                    path.append(child);
+                    waiting = true;
+                    break;
+                }
+            }
+            if (waiting)
+                continue;
+            int best = 0;
+            for (const QString& child : children) {
+                if (levels.value(child) + 1 > best) {
+                    best = levels.value(child) + 1;
+                    deepest.insert(key, child);
+                }
+            }
+            levels.insert(key, best);
+            path.removeLast();
+        }
+    }
+
+    QString first;
+    for (const QString& owner : std::as_const(owners)) {
+        if (first.isEmpty() || levels.value(owner) > levels.value(first))
+            first = owner;
+    }
+    if (first.isEmpty())
+        return {};
+    QStringList chain{first};
+    while (deepest.contains(chain.last()))
+        chain.append(deepest.value(chain.last()));
+    return chain;
+}
+
 bool StandardLoader::isPostgres() const
 {
     return m_db.driverName() == QLatin1String("QPSQL");
@@ -302,7 +361,8 @@ bool StandardLoader::hasColumns(const QString& table, const QStringList& columns
 }
 
 // The module follows associations depth first with no record of the keys it has seen, so a
-// cycle would make an insertion run forever: such data is refused here.
+// cycle would make an insertion run forever, and it recurses once for every level: such data,
+// and chains deeper than the stated limit, are refused here.
 QString StandardLoader::checkAssociations(const QString& scriptPath) const
 {
     if (!tableExists(kBdvincl))
@@ -317,11 +377,22 @@ QString StandardLoader::checkAssociations(const QString& scriptPath) const
     while (query.next())
         associations.append({query.value(0).toString(), query.value(1).toString()});
     const QStringList cycle = findCycle(associations);
-    if (cycle.isEmpty())
+    if (!cycle.isEmpty()) {
+        return QStringLiteral("%1: the associations in BDVINCL form a cycle: %2 (a component on "
+                              "it would bring its associated components without end)")
+            .arg(scriptPath, cycle.join(QLatin1String(" -> ")));
+    }
+    const QStringList chain = deepestChain(associations);
+    const qsizetype levels = chain.size() - 1;
+    if (levels <= MaxAssociationLevels)
         return {};
-    return QStringLiteral("%1: the associations in BDVINCL form a cycle: %2 (a component on it "
-                          "would bring its associated components without end)")
-        .arg(scriptPath, cycle.join(QLatin1String(" -> ")));
+    // The chain is named by its ends: a deep chain written out whole would drown the message.
+    return QStringLiteral("%1: the associations in BDVINCL go %2 levels deep, from %3 to %4; "
+                          "the limit is %5 levels")
+        .arg(scriptPath)
+        .arg(levels)
+        .arg(chain.first(), chain.last())
+        .arg(MaxAssociationLevels);
 }
 
 // Expression indexes repeat the exact expressions of the module's statements, so that the

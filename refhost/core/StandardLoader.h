@@ -66,6 +66,17 @@ public:
     // order and each owner's associations in the order given.
     static QStringList findCycle(const QList<QPair<QString, QString>>& associations);
 
+    // The deepest association levels a standard may hold: a component, the components it
+    // brings, theirs, and so on. The module follows the chain by recursion with no limit of
+    // its own; real standards go two or three levels deep.
+    static constexpr int MaxAssociationLevels = 32;
+
+    // The longest chain of associations (owner, associated) as its keys from the first owner to
+    // the last associated component (levels = keys - 1); empty when there are none. The
+    // associations must not form a cycle (findCycle first). Of equally long chains, the one
+    // from the smallest first key, then the one following the smallest keys, is answered.
+    static QStringList deepestChain(const QList<QPair<QString, QString>>& associations);
+
     // The standard's tables, in the order they are created.
     static const QStringList& standardTables();
 

@@ -90,6 +90,8 @@ private slots:
     void missingAssociatedBlockFileSkippedAndFollowed();
     void threeLevelsDepthFirst_data() { addDatabaseRows(); }
     void threeLevelsDepthFirst();
+    void deepChainFollowedToTheEnd_data() { addDatabaseRows(); }
+    void deepChainFollowedToTheEnd();
     void associationQueryFailureGivesNothing_data() { addDatabaseRows(); }
     void associationQueryFailureGivesNothing();
 };
@@ -485,6 +487,30 @@ void TestEngineResolution::threeLevelsDepthFirst()
             queried << line.section("VL_KEY_A='", 1).section('\'', 0, 0);
     }
     QCOMPARE(queried, QStringList({"10", "B", "D", "E", "F", "C", "G"}));
+}
+
+// The module has no depth limit of its own (the reference host's loader refuses chains deeper
+// than it states); a chain far deeper than that limit is still followed to its end.
+void TestEngineResolution::deepChainFollowedToTheEnd()
+{
+    TestHost host;
+    PREPARE_DATABASE(host);
+    const int levels = 200;
+    QStringList rows;
+    KVNamedValues expected;
+    for (int level = 1; level <= levels; ++level) {
+        const QString owner = level == 1 ? QStringLiteral("10") : QString::number(1000 + level - 1);
+        const QString associated = QString::number(1000 + level);
+        rows.append(
+            QStringLiteral("INSERT INTO BDVINCL VALUES ('%1', '%2', '1')").arg(owner, associated));
+        expected.append({QStringLiteral("1"), associated});
+    }
+    QVERIFY2(host.execSql(rows.join(u';')), qPrintable(host.errorText()));
+    const auto installed = host.install();
+
+    KVNamedValues out;
+    AssociatedComponents::collect("10", out);
+    QCOMPARE(out, expected);
 }
 
 void TestEngineResolution::associationQueryFailureGivesNothing()

@@ -125,6 +125,8 @@ private slots:
     void splitScriptErrors();
     void findCycle_data();
     void findCycle();
+    void deepestChain_data();
+    void deepestChain();
 
     void loadExample_data();
     void loadExample();
@@ -133,6 +135,8 @@ private slots:
     void planCheckSeesAMissingIndex();
     void cycleRefused_data();
     void cycleRefused();
+    void deepAssociationsRefused_data();
+    void deepAssociationsRefused();
     void brokenScriptLeavesDatabaseUnchanged_data();
     void brokenScriptLeavesDatabaseUnchanged();
     void dropReplacesTheStandard_data();
@@ -269,6 +273,36 @@ void tst_Loader::findCycle()
     QFETCH(QStringList, cycle);
 
     QCOMPARE(StandardLoader::findCycle(associations), cycle);
+}
+
+void tst_Loader::deepestChain_data()
+{
+    using Edges = QList<QPair<QString, QString>>;
+    QTest::addColumn<Edges>("associations");
+    QTest::addColumn<QStringList>("chain");
+
+    QTest::newRow("none") << Edges{} << QStringList{};
+    QTest::newRow("one") << Edges{{"1", "2"}} << QStringList{"1", "2"};
+    QTest::newRow("chain given backwards")
+        << Edges{{"3", "4"}, {"2", "3"}, {"1", "2"}} << QStringList{"1", "2", "3", "4"};
+    QTest::newRow("diamond with a tail")
+        << Edges{{"1", "2"}, {"1", "3"}, {"2", "4"}, {"3", "4"}, {"4", "5"}}
+        << QStringList{"1", "2", "4", "5"};
+    QTest::newRow("deeper branch second")
+        << Edges{{"1", "2"}, {"1", "9"}, {"9", "8"}, {"8", "7"}} << QStringList{"1", "9", "8", "7"};
+    QTest::newRow("deeper from a later owner")
+        << Edges{{"1", "2"}, {"5", "6"}, {"6", "7"}} << QStringList{"5", "6", "7"};
+    QTest::newRow("shared tail counted once per chain")
+        << Edges{{"a", "c"}, {"b", "c"}, {"c", "d"}} << QStringList{"a", "c", "d"};
+}
+
+void tst_Loader::deepestChain()
+{
+    using Edges = QList<QPair<QString, QString>>;
+    QFETCH(Edges, associations);
+    QFETCH(QStringList, chain);
+
+    QCOMPARE(StandardLoader::deepestChain(associations), chain);
 }
 
 void tst_Loader::loadExample_data()
@@ -514,6 +548,61 @@ void tst_Loader::cycleRefused()
     const StandardLoadResult result = loader.load({cyclePath});
     QVERIFY(!result.ok);
     QVERIFY2(result.error.contains(cycle), qPrintable(result.error));
+    QCOMPARE(scratch.rowCount(QStringLiteral("BDVINCL")), before);
+}
+
+void tst_Loader::deepAssociationsRefused_data()
+{
+    QTest::addColumn<bool>("postgres");
+    QTest::addColumn<int>("levels");
+    QTest::addColumn<bool>("accepted");
+
+    const int limit = StandardLoader::MaxAssociationLevels;
+    for (bool postgres : {false, true}) {
+        const char* backend = postgres ? "postgresql" : "sqlite";
+        QTest::addRow("%s: at the limit", backend) << postgres << limit << true;
+        QTest::addRow("%s: one level more", backend) << postgres << limit + 1 << false;
+        QTest::addRow("%s: far deeper", backend) << postgres << 5000 << false;
+    }
+}
+
+// A chain of new components 9000 -> 9001 -> ... below the example's component 1001.
+void tst_Loader::deepAssociationsRefused()
+{
+    QFETCH(bool, postgres);
+    QFETCH(int, levels);
+    QFETCH(bool, accepted);
+    OPEN_SCRATCH(scratch, postgres);
+    QTemporaryDir dir;
+    const QString chainPath = dir.filePath(QStringLiteral("chain.sql"));
+    QByteArray rows = "INSERT INTO BDVINCL (VL_KEY_A, VL_KEY_B, VL_QTDE) VALUES ('1001', '9001', "
+                      "'1');\n";
+    for (int level = 2; level <= levels; ++level) {
+        rows += QStringLiteral("INSERT INTO BDVINCL (VL_KEY_A, VL_KEY_B, VL_QTDE) VALUES "
+                               "('%1', '%2', '1');\n")
+                    .arg(9000 + level - 1)
+                    .arg(9000 + level)
+                    .toUtf8();
+    }
+    QVERIFY(LoaderTest::writeFile(chainPath, rows));
+
+    StandardLoader loader(scratch.db(), QStringLiteral("scratch"));
+    QVERIFY(loader.load({LoaderTest::schemaSql(), LoaderTest::dataSql()}).ok);
+    const int before = scratch.rowCount(QStringLiteral("BDVINCL"));
+    const StandardLoadResult result = loader.load({chainPath});
+    if (accepted) {
+        QVERIFY2(result.ok, qPrintable(result.error));
+        QCOMPARE(scratch.rowCount(QStringLiteral("BDVINCL")), before + levels);
+        return;
+    }
+    QVERIFY(!result.ok);
+    QCOMPARE(result.error,
+             QStringLiteral("%1: the associations in BDVINCL go %2 levels deep, from 1001 to %3; "
+                            "the limit is %4 levels")
+                 .arg(chainPath)
+                 .arg(levels)
+                 .arg(9000 + levels)
+                 .arg(StandardLoader::MaxAssociationLevels));
     QCOMPARE(scratch.rowCount(QStringLiteral("BDVINCL")), before);
 }
 
