@@ -9,6 +9,15 @@ CVRServices* GetElectricalServices()
     return InstalledHost().electrical;
 }
 
+KVString kvAutomaticInsertionFolder()
+{
+    CVRServices* services = GetElectricalServices();
+    KVString folder = services ? services->GetWorkingFolder() : KVString();
+    if (!folder.isEmpty())
+        folder += QStringLiteral("/Automatic Insertion");
+    return folder;
+}
+
 CFxSystemServices* GetFxSystemServices()
 {
     return InstalledHost().system;

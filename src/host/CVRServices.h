@@ -39,3 +39,7 @@ public:
 };
 
 CVRServices* GetElectricalServices();
+
+// The folder where the module's file dialogs start: the working folder followed by
+// "/Automatic Insertion"; empty when there are no services or they report no working folder.
+KVString kvAutomaticInsertionFolder();

@@ -41,10 +41,7 @@ void CCImportarDados::SetSettingsPath(const KVString& path)
 
 KVString CCImportarDados::ChooseFile()
 {
-    CVRServices* services = GetElectricalServices();
-    KVString folder = services ? services->GetWorkingFolder() : KVString();
-    if (!folder.isEmpty())
-        folder += QStringLiteral("/Automatic Insertion");
+    const KVString folder = kvAutomaticInsertionFolder();
     const KVString filter = QStringLiteral("%1 (*.xlsx)&*.xlsx&%1 (*.xlsm)&*.xlsm&&")
                                 .arg(kvTrOffice("Worksheet Files"));
     CFxSystemServices* system = GetFxSystemServices();

@@ -12,11 +12,7 @@ KVString SettingsFilePicker::filter()
 
 KVString SettingsFilePicker::initialFolder()
 {
-    CVRServices* services = GetElectricalServices();
-    KVString folder = services ? services->GetWorkingFolder() : KVString();
-    if (!folder.isEmpty())
-        folder += QStringLiteral("/Automatic Insertion");
-    return folder;
+    return kvAutomaticInsertionFolder();
 }
 
 int SettingsFilePicker::pick(int mode, KVString& path)
