@@ -46,14 +46,30 @@ int GuiSystemServices::FileDialog(int, KVString& path, KVWindowId, int mode, con
         folder.clear(); // a folder that does not exist yet: start where the dialog likes
     if (!defaultName.isEmpty())
         folder = folder.isEmpty() ? QString(defaultName) : QDir(folder).filePath(defaultName);
-    const QString filters = request.nameFilters.join(QStringLiteral(";;"));
-    const QString chosen = mode == kSaveAs
-                               ? QFileDialog::getSaveFileName(m_window, title, folder, filters)
-                               : QFileDialog::getOpenFileName(m_window, title, folder, filters);
-    if (chosen.isEmpty())
+    const std::unique_ptr<QFileDialog> dialog =
+        makeFileDialog(m_window, mode, title, folder, request.nameFilters);
+    if (dialog->exec() != QDialog::Accepted || dialog->selectedFiles().isEmpty())
         return kDialogCancelled;
-    path = chosen;
+    path = dialog->selectedFiles().constFirst();
     return KV_RESULT_OK;
+}
+
+std::unique_ptr<QFileDialog> GuiSystemServices::makeFileDialog(QWidget* parent, int mode,
+                                                               const QString& title,
+                                                               const QString& start,
+                                                               const QStringList& nameFilters)
+{
+    auto dialog = std::make_unique<QFileDialog>(parent, title, start);
+    if (mode == kSaveAs) {
+        dialog->setAcceptMode(QFileDialog::AcceptSave);
+        dialog->setFileMode(QFileDialog::AnyFile);
+    } else {
+        dialog->setAcceptMode(QFileDialog::AcceptOpen);
+        dialog->setFileMode(QFileDialog::ExistingFile);
+    }
+    if (!nameFilters.isEmpty())
+        dialog->setNameFilters(nameFilters);
+    return dialog;
 }
 
 KVString GuiSystemServices::GetMessageBoxTitle()

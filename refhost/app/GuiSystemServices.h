@@ -8,8 +8,10 @@
 #include <QObject>
 #include <QStringList>
 
+#include <memory>
 #include <optional>
 
+class QFileDialog;
 class QWidget;
 
 namespace KvHost {
@@ -65,6 +67,13 @@ public:
     const QStringList& messages() const { return m_messages; }
 
     static QString messageBoxTitle() { return QStringLiteral("KVInsertAuto"); }
+
+    // The dialog FileDialog shows: Qt's file dialog for opening an existing file or for saving
+    // (kSaveAs), with the Qt name filters, starting in `start` (a folder, or a folder and the
+    // name to propose).
+    static std::unique_ptr<QFileDialog> makeFileDialog(QWidget* parent, int mode,
+                                                       const QString& title, const QString& start,
+                                                       const QStringList& nameFilters);
 
 signals:
     // A message of a message box, for the command-line pane.

@@ -21,6 +21,7 @@
 #include <QComboBox>
 #include <QCompleter>
 #include <QDialogButtonBox>
+#include <QFileDialog>
 #include <QLibrary>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -61,6 +62,7 @@ private slots:
     void unknownCommandIsReported();
     void messageBoxHasOneOkAndHostTitle();
     void fileDialogScriptedAnswers();
+    void fileDialogIsQtDialogWithNameFilters();
     void progressRunnerMetersAndStaysResponsive();
 
     void newDrawingHasOnePage();
@@ -352,6 +354,34 @@ void TestAppHost::fileDialogScriptedAnswers()
              QStringList{QStringLiteral("Settings file (*.cfa)")});
     QCOMPARE(system.fileDialogRequests().first().initialFolder,
              QStringLiteral("/w/Automatic Insertion"));
+}
+
+// The dialog the host shows is built apart from showing it, so that it is checked without
+// driving a modal dialog.
+void TestAppHost::fileDialogIsQtDialogWithNameFilters()
+{
+    const QString settingsFolder = examplePath(QStringLiteral("settings"));
+    const QStringList filters = KvHost::FileDialogFilter::toNameFilters(
+        QStringLiteral("Settings file (*.cfa)|*.cfa||&*.cfa&All Files (*.*)|*.*||&*.*&&"));
+    const std::unique_ptr<QFileDialog> open = KvHost::GuiSystemServices::makeFileDialog(
+        nullptr, CFxSystemServices::kOpenExisting, QStringLiteral("Pick"), settingsFolder, filters);
+    QCOMPARE(open->nameFilters(), (QStringList{QStringLiteral("Settings file (*.cfa)"),
+                                               QStringLiteral("All Files (*.*)")}));
+    QCOMPARE(open->selectedNameFilter(), QStringLiteral("Settings file (*.cfa)"));
+    QCOMPARE(open->directory().absolutePath(), QDir(settingsFolder).absolutePath());
+    QCOMPARE(open->acceptMode(), QFileDialog::AcceptOpen);
+    QCOMPARE(open->fileMode(), QFileDialog::ExistingFile);
+    QCOMPARE(open->windowTitle(), QStringLiteral("Pick"));
+
+    QTemporaryDir folder;
+    const std::unique_ptr<QFileDialog> save = KvHost::GuiSystemServices::makeFileDialog(
+        nullptr, CFxSystemServices::kSaveAs, {}, folder.filePath(QStringLiteral("pumps.dxf")),
+        KvHost::FileDialogFilter::toNameFilters(QStringLiteral("Drawing (*.dxf)|*.dxf||&*.dxf&&")));
+    QCOMPARE(save->acceptMode(), QFileDialog::AcceptSave);
+    QCOMPARE(save->fileMode(), QFileDialog::AnyFile);
+    QCOMPARE(save->directory().absolutePath(), QDir(folder.path()).absolutePath());
+    QCOMPARE(save->nameFilters(), QStringList{QStringLiteral("Drawing (*.dxf)")});
+    QCOMPARE(QFileInfo(save->selectedFiles().value(0)).fileName(), QStringLiteral("pumps.dxf"));
 }
 
 void TestAppHost::progressRunnerMetersAndStaysResponsive()
