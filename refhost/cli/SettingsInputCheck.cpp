@@ -67,10 +67,10 @@ QString checkCompanion(const QString& path, const SettingsEncoding& encoding)
 QString checkContents(const QString& path, const QByteArray& bytes,
                       const SettingsEncoding& encoding, bool isMain)
 {
-    if (isMain && bytes.isEmpty())
-        return path + QStringLiteral(": the file is empty; a settings file starts with %1 "
-                                     "header lines")
-                          .arg(kHeaderLines);
+    // An empty .cfa is a new settings file, as the settings-file picker leaves it: it reads
+    // as empty texts without field rows.
+    if (bytes.isEmpty())
+        return {};
     QString text = encoding.decode(bytes);
     for (qsizetype i = 0; i < text.size(); ++i) {
         if (isBinaryCharacter(text.at(i)))
@@ -108,6 +108,7 @@ QString checkContents(const QString& path, const QByteArray& bytes,
                               .arg(kLongestLine);
         start = end + 1;
     }
+    // Save always writes the seven header lines, so a shorter .cfa was cut short.
     if (isMain && lines < kHeaderLines)
         return path + QStringLiteral(": holds %1 of the %2 header lines a settings file starts "
                                      "with; it is cut short or not a settings file")

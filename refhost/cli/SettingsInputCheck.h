@@ -9,8 +9,9 @@
 // bytes without complaint (a damaged file reads as empty or odd texts), so the command-line
 // program looks at the files first and refuses those that the settings dialog cannot have
 // written: binary data, bytes that are not text in the settings encoding, lines longer than
-// the reader's line buffer (the reader would cut them into pieces), a .cfa without its seven
-// header lines, and companions that are folders or cannot be created where they are missing.
+// the reader's line buffer (the reader would cut them into pieces), a .cfa that is not empty
+// (a new settings file) but lacks some of its seven header lines, and companions that are
+// folders or cannot be created where they are missing.
 namespace SettingsInputCheck {
 
 // The longest line, in characters without its line end, that the reader takes in one piece:
