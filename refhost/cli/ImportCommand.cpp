@@ -5,6 +5,8 @@
 
 #include "CliCommand.h"
 #include "DatabaseConnection.h"
+#include "SettingsInputCheck.h"
+#include "StandardNames.h"
 
 #include "host/HostBinding.h"
 #include "host/Translate.h"
@@ -15,7 +17,7 @@
 
 #include <QFile>
 #include <QFileInfo>
-#include <QSqlQuery>
+#include <QSaveFile>
 
 #include <cstdio>
 #include <optional>
@@ -213,25 +215,21 @@ std::optional<ImportArguments> parseArguments(const QStringList& args, QString* 
 
 // Without --standard: the only standard that BDKV names. The standard matters to the import
 // only where the host looks a gap property up among a component's BDKV columns; a database
-// without BDKV rows gets a name that matches none.
-QString defaultStandard(const QString& database, QString* problem)
+// without BDKV rows gets a name that matches none. A standard that is given must be one of the
+// database's.
+QString chooseStandard(const QString& database, const QString& given, QString* problem)
 {
     const RefHost::DatabaseConnection::Opened opened = RefHost::DatabaseConnection::open(database);
     if (!opened.connection) {
         *problem = opened.error;
         return {};
     }
-    QStringList standards;
-    {
-        QSqlQuery query(opened.connection->database());
-        if (query.exec(QStringLiteral("SELECT DISTINCT KV_KEY_NOR FROM BDKV"))) {
-            while (query.next())
-                standards.append(query.value(0).toString().trimmed());
-        }
+    if (!given.isEmpty()) {
+        *problem = StandardNames::checkKnown(*opened.connection, given);
+        return given;
     }
-    standards.removeAll(QString());
+    QStringList standards = StandardNames::list(*opened.connection);
     if (standards.size() > 1) {
-        standards.sort();
         *problem = opened.connection->description() +
                    QStringLiteral(": holds the standards %1; name one with --standard")
                        .arg(standards.join(QStringLiteral(", ")));
@@ -260,19 +258,28 @@ int importItems(const QStringList& args, QTextStream& out, QTextStream& err)
         return badInput(QStringLiteral("environment: ") + problem);
     if (problem = CliImport::checkImportFiles(parsed->settings, parsed->sheet); !problem.isEmpty())
         return badInput(problem);
+    if (problem = SettingsInputCheck::check(parsed->settings); !problem.isEmpty())
+        return badInput(problem);
     if (!parsed->trace.isEmpty() && QFileInfo(parsed->trace).isDir())
         return badInput(parsed->trace + QStringLiteral(": is a folder, not a file"));
 
     RefHost::HostOptions options;
     options.database = parsed->database;
-    options.standard = parsed->standard.trimmed();
-    if (options.standard.isEmpty()) {
-        options.standard = defaultStandard(parsed->database, &problem);
-        if (!problem.isEmpty())
-            return badInput(problem);
-    }
+    options.standard = chooseStandard(parsed->database, parsed->standard.trimmed(), &problem);
+    if (!problem.isEmpty())
+        return badInput(problem);
     options.language = parsed->language;
-    options.traceFile = parsed->trace;
+    // The trace goes to a temporary file beside it, put in place only after a complete import:
+    // a refused import leaves an earlier trace of the same name as it was. It outlives the
+    // session, whose host writes to it.
+    std::unique_ptr<QSaveFile> trace;
+    if (!parsed->trace.isEmpty()) {
+        trace = std::make_unique<QSaveFile>(parsed->trace);
+        if (!trace->open(QIODevice::WriteOnly))
+            return badInput(parsed->trace + QStringLiteral(": cannot write the trace: ") +
+                            trace->errorString());
+        options.traceDevice = trace.get();
+    }
 
     out.flush();
     err.flush();
@@ -281,6 +288,11 @@ int importItems(const QStringList& args, QTextStream& out, QTextStream& err)
             CliImport::importSheet(std::move(options), parsed->settings, parsed->sheet, session);
         !problem.isEmpty())
         return badInput(problem);
+    if (trace && !trace->commit()) {
+        err << "kvinsertauto import: " << parsed->trace
+            << ": cannot write the trace: " << trace->errorString() << "\n";
+        return kExitFailure;
+    }
     out << QString::fromUtf8(
         ItemTreeJson::toJson(*session.tree, ItemTreeJson::Counts{session.state.itemCount,
                                                                  session.state.lastItemNumber}));

@@ -1,6 +1,7 @@
 // The "job" verb: builds the insertion job from a settings file and an item tree, as the main
 // dialog does when the user starts a run, and prints it as JSON (docs/job-json.md).
 #include "CliCommand.h"
+#include "SettingsInputCheck.h"
 
 #include "engine/CEInsAutoJobBuilder.h"
 #include "engine/CEInsAutoJobJson.h"
@@ -69,6 +70,9 @@ int job(const QStringList& args, QTextStream& out, QTextStream& err)
         if (const QString unreadable = checkReadable(path); !unreadable.isEmpty())
             return badInput(err, unreadable);
     }
+
+    if (const QString damaged = SettingsInputCheck::check(settingsPath); !damaged.isEmpty())
+        return badInput(err, damaged);
 
     CTVNodesUtil tree;
     if (const ItemTreeJson::ReadResult read = ItemTreeJson::read(treePath, tree); !read.ok())

@@ -3,7 +3,10 @@
 // drawing with page PAGE$1), and writes the drawing as DXF and, when asked, one picture per page.
 #include "CliCommand.h"
 #include "ImportCommand.h"
+#include "SettingsInputCheck.h"
+#include "StandardNames.h"
 
+#include "DxfBlockReader.h"
 #include "DxfDrawingReader.h"
 #include "DxfDrawingWriter.h"
 #include "PagePicture.h"
@@ -131,7 +134,7 @@ QString checkFiles(const RunArguments& run)
             QFileInfo(path).absoluteFilePath() == QFileInfo(run.out).absoluteFilePath())
             return path + QStringLiteral(": the same path as --out");
     }
-    return {};
+    return SettingsInputCheck::check(run.settings);
 }
 
 // The picture file of a page: the layer name with "$" written as "-" and characters that do not
@@ -169,6 +172,9 @@ struct PreparedRun
     CEInsAutoJob job;
     std::unique_ptr<QSaveFile> trace;
     std::unique_ptr<RefHost::ReferenceHost> host;
+    // Block files that were found but could not be read, one problem each naming the file.
+    // They are known only once the run needs them.
+    QStringList damagedBlocks;
 };
 
 // Reads the inputs in the order a person would fix them; the problem, or empty.
@@ -194,6 +200,14 @@ QString prepare(const RunArguments& run, PreparedRun& prepared)
     options.standard = run.standard;
     options.networkDir = run.networkDir;
     options.language = run.language;
+    // A missing block file is the module's to report; a block file that is there but damaged
+    // is bad input, noted here and refused after the run, before anything is written.
+    options.blockReader = [damaged = &prepared.damagedBlocks](const QString& path) {
+        RefHost::DxfBlockReader::Result read = RefHost::DxfBlockReader::read(path);
+        if (!read.block)
+            damaged->append(read.error);
+        return RefHost::BlockFileResult{std::move(read.block), std::move(read.error)};
+    };
     if (!run.trace.isEmpty()) {
         prepared.trace = std::make_unique<QSaveFile>(run.trace);
         if (!prepared.trace->open(QIODevice::WriteOnly))
@@ -205,6 +219,11 @@ QString prepare(const RunArguments& run, PreparedRun& prepared)
     if (!created.host)
         return created.error;
     prepared.host = std::move(created.host);
+    // Each component would be "not found on this standard": the name is wrong, not the items.
+    if (QString unknown = StandardNames::checkKnown(prepared.host->electrical().connection(),
+                                                    run.standard.trimmed());
+        !unknown.isEmpty())
+        return unknown;
 
     if (!run.sheet.isEmpty()) {
         // The import verb's own import, in the host of the run.
@@ -249,6 +268,11 @@ int runJob(const QStringList& args, QTextStream& out, QTextStream& err)
     }
     // The module's last text on the command line has no line end of its own.
     prepared.host->console().print(QStringLiteral("\n"));
+    if (!prepared.damagedBlocks.isEmpty()) {
+        err << "kvinsertauto run: " << prepared.damagedBlocks.first()
+            << " (a damaged block file: nothing was written)\n";
+        return kExitBadInput;
+    }
     if (prepared.trace && !prepared.trace->commit()) {
         err << "kvinsertauto run: " << run->trace
             << ": cannot write the trace: " << prepared.trace->errorString() << "\n";

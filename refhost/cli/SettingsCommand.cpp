@@ -1,12 +1,15 @@
 // The "settings" verb: reads the three settings files into JSON and writes them from JSON, the
 // way the settings dialog reads them when it opens and writes them with "Save".
 #include "CliCommand.h"
+#include "SettingsAtomicWriter.h"
+#include "SettingsInputCheck.h"
 #include "SettingsJson.h"
+
+#include "host/Translate.h"
 
 #include "settings/SettingsEncoding.h"
 #include "settings/SettingsFiles.h"
 #include "settings/SettingsTextFile.h"
-#include "settings/SettingsWriter.h"
 
 #include <QDir>
 #include <QFile>
@@ -120,19 +123,6 @@ QString settingsJson(const SettingsFiles& files)
            QStringLiteral("\n}\n");
 }
 
-std::optional<InputError> checkDumpSource(const QString& cfaPath)
-{
-    const QFileInfo info(cfaPath);
-    if (!info.exists())
-        return InputError{cfaPath, QStringLiteral("no such file")};
-    if (info.isDir())
-        return InputError{cfaPath, QStringLiteral("is a folder, not a settings file")};
-    QFile file(cfaPath);
-    if (!file.open(QIODevice::ReadOnly))
-        return InputError{cfaPath, QStringLiteral("cannot be read: ") + file.errorString()};
-    return checkEncoding();
-}
-
 int dump(const QStringList& args, QTextStream& out, QTextStream& err)
 {
     if (args.size() != 1) {
@@ -140,13 +130,17 @@ int dump(const QStringList& args, QTextStream& out, QTextStream& err)
         return kExitBadInput;
     }
     const QString cfaPath = args.first();
-    if (const auto error = checkDumpSource(cfaPath))
-        return reportBadInput(err, QStringLiteral("dump"), *error);
+    // Damaged files are refused before the readers see them (they would read them as empty
+    // or odd texts); the problem names the file.
+    if (const QString problem = SettingsInputCheck::check(cfaPath); !problem.isEmpty()) {
+        err << "kvinsertauto settings dump: " << problem << "\n";
+        return kExitBadInput;
+    }
 
     const SettingsFiles files = readSettingsFiles(cfaPath);
     if (!files.errors.isEmpty()) {
         err << "kvinsertauto settings dump: " << files.errors.join(QStringLiteral("; ")) << "\n";
-        return kExitFailure;
+        return kExitBadInput;
     }
     out << settingsJson(files);
     return kExitOk;
@@ -156,16 +150,17 @@ int dump(const QStringList& args, QTextStream& out, QTextStream& err)
 
 std::optional<InputError> checkWriteTarget(const QString& cfaPath)
 {
-    const QFileInfo info(cfaPath);
-    if (!info.absoluteDir().exists())
-        return InputError{cfaPath, QStringLiteral("the folder %1 does not exist")
-                                       .arg(QDir::toNativeSeparators(info.absolutePath()))};
     const QString cfbPath = companionPath(cfaPath, QStringLiteral(".cfb"));
     if (cfbPath == cfaPath)
         return InputError{cfaPath, QStringLiteral("the name holds no lowercase \".cfa\", so the "
                                                   "three files would share one path")};
+    // The companions' folders differ from the .cfa's when a folder name holds ".cfa" too.
     for (const QString& path : {cfaPath, cfbPath, QString(companionPath(cfaPath, ".cfc"))}) {
-        if (QFileInfo(path).isDir())
+        const QFileInfo info(path);
+        if (!info.absoluteDir().exists())
+            return InputError{path, QStringLiteral("the folder %1 does not exist")
+                                        .arg(QDir::toNativeSeparators(info.absolutePath()))};
+        if (info.isDir())
             return InputError{path, QStringLiteral("is a folder, not a settings file")};
     }
     return checkEncoding();
@@ -191,13 +186,12 @@ int write(const QStringList& args, QTextStream& err)
         return reportBadInput(err, QStringLiteral("write"),
                               {QStringLiteral("standard input"), parsed.problem});
     }
-    const auto& contents = parsed.contents;
 
-    const SettingsWriteResult result = writeSettingsFiles(*contents, cfaPath);
-    if (!result.error.isEmpty() || !result.mainWritten || !result.symbolsWritten) {
-        err << "kvinsertauto settings write: "
-            << (result.error.isEmpty() ? cfaPath + QStringLiteral(": not written") : result.error)
-            << "\n";
+    // All three files or none: the files in place stay as they were when a write fails.
+    if (const QString problem = SettingsAtomicWriter::write(*parsed.contents, cfaPath);
+        !problem.isEmpty()) {
+        err << "kvinsertauto settings write: " << kvTr("Error saving settings file.") << " "
+            << problem << "\n";
         return kExitFailure;
     }
     return kExitOk;

@@ -1,6 +1,7 @@
 #include "SettingsJson.h"
 
 #include "host/Translate.h"
+#include "settings/SettingsModes.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -58,6 +59,20 @@ public:
         }
         fail(where + u'.' + key, value, QStringLiteral("an integer"));
         return kNoIndex;
+    }
+
+    // Checks that `number`, read by index(), is the index of an entry of a list of `entries`
+    // entries or -1 for none: the only values the dialog can hold. Types are checked before
+    // ranges, so a member of the wrong type is the one reported.
+    void checkListIndex(int number, const QString& where, qsizetype entries)
+    {
+        if (error || (number >= kNoModeChosen && number < entries))
+            return;
+        error = QStringLiteral("%1 must be -1 (no entry chosen) or an entry of the list, 0 to %2, "
+                               "not %3")
+                    .arg(where)
+                    .arg(entries - 1)
+                    .arg(number);
     }
 
     QJsonObject object(const QJsonValue& value, const QString& where)
@@ -157,6 +172,10 @@ SettingsJsonResult settingsContentsFromJson(const QByteArray& json)
         contents.separatorIndex = reader.index(main, QStringLiteral("separatorMode"), mainWhere);
         contents.pageSize = reader.text(main, QStringLiteral("pageSize"), mainWhere);
         contents.paginationIndex = reader.index(main, QStringLiteral("pageMode"), mainWhere);
+        reader.checkListIndex(contents.separatorIndex, mainWhere + QStringLiteral(".separatorMode"),
+                              separatorModeTexts().size());
+        reader.checkListIndex(contents.paginationIndex, mainWhere + QStringLiteral(".pageMode"),
+                              paginationModeTexts().size());
         const QJsonArray fields = reader.array(main, QStringLiteral("fields"), mainWhere);
         for (qsizetype i = 0; i < fields.size() && !reader.error; ++i) {
             const QString where = QStringLiteral("$.main.fields[%1]").arg(i);

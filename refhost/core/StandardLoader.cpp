@@ -591,6 +591,21 @@ StandardLoadResult StandardLoader::load(const QStringList& scriptPaths)
     return result;
 }
 
+namespace {
+
+// SQLite opens any file and finds out at the first statement that it is not a database; that
+// is asked here, so that the message names the database and not the script whose statement
+// met it. Empty when the file is a database.
+QString notADatabase(const QSqlDatabase& db)
+{
+    QSqlQuery probe(db);
+    if (probe.exec(QStringLiteral("SELECT COUNT(*) FROM sqlite_master")))
+        return {};
+    return QStringLiteral("not an SQLite database: ") + oneLineError(probe.lastError());
+}
+
+} // namespace
+
 StandardLoadResult StandardLoader::loadDatabase(const QString& spec, const QStringList& scriptPaths,
                                                 bool dropExisting)
 {
@@ -651,6 +666,9 @@ StandardLoadResult StandardLoader::loadDatabase(const QString& spec, const QStri
         if (!db.open()) {
             result.error = QStringLiteral("%1: cannot open the database: %2")
                                .arg(description, oneLineError(db.lastError()));
+        } else if (QString damaged = postgres || createdFile ? QString() : notADatabase(db);
+                   !damaged.isEmpty()) {
+            result.error = description + QStringLiteral(": ") + damaged;
         } else {
             StandardLoader loader(db, description);
             loader.setDropExisting(dropExisting);
