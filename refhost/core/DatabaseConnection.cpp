@@ -43,10 +43,13 @@ QString conninfoValue(const QString& value)
 
 // The connection parameters of the URL's query (libpq names: "sslmode", "options", ...; "host"
 // is taken as the host), with every transaction of the session made read-only. Options given in
-// the URL are kept after the read-only one.
+// the URL are kept after these.
 QString postgresConnectOptions(const QUrlQuery& query)
 {
-    QString serverOptions = QStringLiteral("-c default_transaction_read_only=on");
+    // The server's notices and warnings (a statement text may hold a COMMIT outside any
+    // transaction) are not the user's business: libpq would print them on the error output.
+    QString serverOptions =
+        QStringLiteral("-c default_transaction_read_only=on -c client_min_messages=error");
     QStringList parameters{QStringLiteral("connect_timeout=10")};
     for (const auto& [key, value] : query.queryItems(QUrl::FullyDecoded)) {
         if (key == u"host")
