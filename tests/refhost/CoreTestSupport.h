@@ -125,7 +125,7 @@ inline QStringList standardDatabaseStatements()
         QStringLiteral("DROP TABLE IF EXISTS CUSTOM_PROPERTIES"),
         QStringLiteral("DROP TABLE IF EXISTS BDMENUS"),
         QStringLiteral("DROP TABLE IF EXISTS BDDIC"),
-        QStringLiteral("DROP TABLE IF EXISTS LATER"),
+        QStringLiteral("DROP TABLE IF EXISTS BDVINCL"),
         QStringLiteral("DROP TABLE IF EXISTS INTRUDER"),
         QStringLiteral("CREATE TABLE BDKV (KV_KEY VARCHAR(20), KV_KEY_NOR VARCHAR(20), "
                        "KV_DWG VARCHAR(60), MENU_DESCR VARCHAR(120), KV_EXPLODE VARCHAR(1), "
