@@ -1,5 +1,9 @@
 #include "DatabaseConnection.h"
 
+#include "PostgresRolePrivileges.h"
+#include "ReaderRole.h"
+#include "StandardLoader.h"
+
 #include <QAtomicInt>
 #include <QFileInfo>
 #include <QSqlError>
@@ -39,10 +43,13 @@ QString conninfoValue(const QString& value)
 
 // The connection parameters of the URL's query (libpq names: "sslmode", "options", ...; "host"
 // is taken as the host), with every transaction of the session made read-only. Options given in
-// the URL are kept after the read-only one.
+// the URL are kept after these.
 QString postgresConnectOptions(const QUrlQuery& query)
 {
-    QString serverOptions = QStringLiteral("-c default_transaction_read_only=on");
+    // The server's notices and warnings (a statement text may hold a COMMIT outside any
+    // transaction) are not the user's business: libpq would print them on the error output.
+    QString serverOptions =
+        QStringLiteral("-c default_transaction_read_only=on -c client_min_messages=error");
     QStringList parameters{QStringLiteral("connect_timeout=10")};
     for (const auto& [key, value] : query.queryItems(QUrl::FullyDecoded)) {
         if (key == u"host")
@@ -54,6 +61,27 @@ QString postgresConnectOptions(const QUrlQuery& query)
     }
     parameters.append(QStringLiteral("options=") + conninfoValue(serverOptions));
     return parameters.join(QLatin1Char(';'));
+}
+
+// The login role of a PostgreSQL connection must not be able to change the standard: the
+// error text naming the role and what it may do, or empty.
+QString checkPostgresRole(const QSqlDatabase& db, const QString& description)
+{
+    QString role;
+    if (const QString error = runSetup(db, QStringLiteral("SELECT current_user"), &role);
+        !error.isEmpty())
+        return error;
+    const PostgresRolePrivileges::Report report =
+        PostgresRolePrivileges::check(db, role, StandardLoader::standardTables());
+    if (!report.error.isEmpty())
+        return QStringLiteral("the rights of the role \"%1\" cannot be checked: %2")
+            .arg(role, report.error);
+    if (report.excess.isEmpty())
+        return {};
+    return QStringLiteral("the role \"%1\" may write (%2); connect as the read-only role that "
+                          "kvinsertauto load-standard sets up, e.g. %3")
+        .arg(role, report.excess.join(QLatin1String("; ")),
+             ReaderRole::connectionUrl(description, ReaderRole::defaultName()));
 }
 
 } // namespace
@@ -111,6 +139,7 @@ DatabaseConnection::Opened DatabaseConnection::open(const QString& spec)
         }
 
         QString problem;
+        std::unique_ptr<SqliteReadGuard> guard;
         if (!db.open()) {
             problem = db.lastError().text();
         } else if (postgres) {
@@ -118,6 +147,8 @@ DatabaseConnection::Opened DatabaseConnection::open(const QString& spec)
             problem = runSetup(db, QStringLiteral("SHOW default_transaction_read_only"), &readOnly);
             if (problem.isEmpty() && readOnly != u"on")
                 problem = QStringLiteral("the session could not be made read-only");
+            if (problem.isEmpty())
+                problem = checkPostgresRole(db, description);
         } else {
             // Reading the schema proves the file is an SQLite database. The page cache (about
             // 32 MB) and the memory map (256 MB) speed up the repeated lookups of a run.
@@ -128,6 +159,10 @@ DatabaseConnection::Opened DatabaseConnection::open(const QString& spec)
                 problem = runSetup(db, QStringLiteral("PRAGMA mmap_size = 268435456"));
             if (problem.isEmpty())
                 problem = runSetup(db, QStringLiteral("PRAGMA query_only = 1"));
+            if (problem.isEmpty()) {
+                guard = std::make_unique<SqliteReadGuard>(StandardLoader::standardTables());
+                problem = guard->install(db);
+            }
         }
         if (!problem.isEmpty()) {
             result.error = QStringLiteral("%1: cannot open the database: %2")
@@ -137,13 +172,16 @@ DatabaseConnection::Opened DatabaseConnection::open(const QString& spec)
             QSqlDatabase::removeDatabase(name);
             return result;
         }
-        result.connection.reset(new DatabaseConnection(db, description, postgres));
+        result.connection.reset(
+            new DatabaseConnection(db, description, postgres, std::move(guard)));
     }
     return result;
 }
 
-DatabaseConnection::DatabaseConnection(QSqlDatabase db, QString description, bool postgres)
-    : m_db(std::move(db)), m_description(std::move(description)), m_postgres(postgres)
+DatabaseConnection::DatabaseConnection(QSqlDatabase db, QString description, bool postgres,
+                                       std::unique_ptr<SqliteReadGuard> guard)
+    : m_guard(std::move(guard)), m_db(std::move(db)), m_description(std::move(description)),
+      m_postgres(postgres)
 {}
 
 DatabaseConnection::~DatabaseConnection()

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "SqliteReadGuard.h"
+
 #include <QSqlDatabase>
 #include <QString>
 
@@ -22,9 +24,14 @@ public:
     };
 
     // Opens the database read-only. SQLite: the file must exist and be an SQLite database; it
-    // is opened with QSQLITE_OPEN_READONLY and a larger page cache and memory map. PostgreSQL:
-    // every transaction of the session is read-only (default_transaction_read_only=on), which
-    // is checked after the connection is made.
+    // is opened with QSQLITE_OPEN_READONLY, "PRAGMA query_only" and a larger page cache and
+    // memory map, and an authorizer (SqliteReadGuard) lets statements read the standard's
+    // tables and nothing else. PostgreSQL: the login role must not be able to write (the
+    // server runs every statement of a text, so the role is what keeps a text from writing):
+    // a role that may do more than read the standard's tables (PostgresRolePrivileges) is
+    // refused with a message that names it and points to the read-only role of load-standard;
+    // every transaction of the session is read-only as well (default_transaction_read_only=on),
+    // which is checked after the connection is made.
     static Opened open(const QString& spec);
     static bool isPostgresUrl(const QString& spec);
 
@@ -38,8 +45,10 @@ public:
     const QString& description() const { return m_description; }
 
 private:
-    DatabaseConnection(QSqlDatabase db, QString description, bool postgres);
+    DatabaseConnection(QSqlDatabase db, QString description, bool postgres,
+                       std::unique_ptr<SqliteReadGuard> guard);
 
+    std::unique_ptr<SqliteReadGuard> m_guard; // SQLite: installed on m_db, outlives it
     QSqlDatabase m_db;
     QString m_description;
     bool m_postgres;

@@ -1,6 +1,7 @@
 #include "StandardLoader.h"
 
 #include "DatabaseConnection.h"
+#include "ReaderRole.h"
 
 #include <QAtomicInt>
 #include <QDir>
@@ -112,7 +113,8 @@ QString readScript(const QString& path, ScriptFile& script)
 } // namespace
 
 StandardLoader::StandardLoader(QSqlDatabase db, QString description)
-    : m_db(std::move(db)), m_description(std::move(description))
+    : m_db(std::move(db)), m_description(std::move(description)),
+      m_readerRole(ReaderRole::defaultName())
 {
     if (m_description.isEmpty())
         m_description = m_db.databaseName();
@@ -566,6 +568,18 @@ StandardLoadResult StandardLoader::load(const QStringList& scriptPaths)
 
     if (const QString error = createIndexes(result); !error.isEmpty())
         return fail(error);
+    // The role is set up in the load's transaction: a load that fails leaves no grant behind,
+    // and a load that succeeds never leaves tables the role cannot read.
+    if (isPostgres() && !m_readerRole.isEmpty()) {
+        const ReaderRole::Result reader = ReaderRole::setUp(m_db, m_readerRole, standardTables());
+        if (!reader.error.isEmpty())
+            return fail(m_description + QLatin1String(": ") + reader.error);
+        result.readerRole = m_readerRole;
+        result.readerRoleCreated = reader.created;
+        result.readerChanges = reader.changes;
+        result.readerTables = reader.tables;
+    }
+
     if (const QString error = runStatement(QStringLiteral("ANALYZE")); !error.isEmpty())
         return fail(QStringLiteral("%1: updating statistics: %2").arg(m_description, error));
 
@@ -607,7 +621,7 @@ QString notADatabase(const QSqlDatabase& db)
 } // namespace
 
 StandardLoadResult StandardLoader::loadDatabase(const QString& spec, const QStringList& scriptPaths,
-                                                bool dropExisting)
+                                                bool dropExisting, const QString& readerRole)
 {
     StandardLoadResult result;
     const QString name = nextConnectionName();
@@ -672,7 +686,10 @@ StandardLoadResult StandardLoader::loadDatabase(const QString& spec, const QStri
         } else {
             StandardLoader loader(db, description);
             loader.setDropExisting(dropExisting);
+            loader.setReaderRole(readerRole);
             result = loader.load(scriptPaths);
+            if (result.ok && !result.readerRole.isEmpty())
+                result.readerUrl = ReaderRole::connectionUrl(spec, result.readerRole);
         }
         db.close();
     }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ReaderRole.h"
+
 #include <QList>
 #include <QPair>
 #include <QSqlDatabase>
@@ -32,6 +34,12 @@ struct StandardLoadResult
     int statementCount = 0;
     QStringList createdIndexes;
     QList<QPair<QString, int>> tableRows; // each standard table present, with its row count
+    // PostgreSQL: the login role that may only read the standard, set up by the load.
+    QString readerRole;
+    bool readerRoleCreated = false;
+    QStringList readerChanges; // what was created, granted or revoked for it
+    QStringList readerTables;  // the tables it may read
+    QString readerUrl;         // the database's URL with that role as its user (loadDatabase)
 };
 
 // Loads a standard's database from SQL scripts: runs every statement of the scripts in one
@@ -47,14 +55,19 @@ public:
 
     // Drop the standard's five tables before the scripts run (inside the same transaction).
     void setDropExisting(bool drop) { m_dropExisting = drop; }
+    // PostgreSQL: the login role that the load sets up to read the standard and nothing else
+    // (RefHost::ReaderRole), ReaderRole::defaultName() unless set; empty for none. SQLite has no
+    // roles: the module opens the file read-only.
+    void setReaderRole(const QString& role) { m_readerRole = role; }
 
     StandardLoadResult load(const QStringList& scriptPaths);
 
     // Opens `spec` for writing (an SQLite file, created when missing, or a postgresql:// URL),
-    // loads the scripts and closes the connection. A new SQLite file is removed again when the
-    // load fails.
+    // loads the scripts (setting up `readerRole` on PostgreSQL) and closes the connection. A new
+    // SQLite file is removed again when the load fails.
     static StandardLoadResult loadDatabase(const QString& spec, const QStringList& scriptPaths,
-                                           bool dropExisting);
+                                           bool dropExisting,
+                                           const QString& readerRole = ReaderRole::defaultName());
 
     // Cuts a script at every ";" outside quoted texts and names, comments and dollar-quoted
     // bodies. Pieces holding only blanks and comments are dropped; a last statement without a
@@ -100,6 +113,7 @@ private:
     QSqlDatabase m_db;
     QString m_description;
     bool m_dropExisting = false;
+    QString m_readerRole;
 };
 
 } // namespace RefHost

@@ -31,6 +31,7 @@ private:
     QString m_sqlite;
     QString m_postgres;
     QString m_postgresName;
+    QString m_readerRole;
 };
 
 namespace {
@@ -97,11 +98,14 @@ bool writeSettings(const QString& path, const QStringList& fieldLines)
     return file.write(lines.join(QStringLiteral("\r\n")).toLatin1()) > 0;
 }
 
-QString loadStandard(const QString& database)
+// `readerRole`: on PostgreSQL, the role that may only read the standard (see load-standard).
+QString loadStandard(const QString& database, const QString& readerRole = QString())
 {
-    const Run run =
-        runProgram({QStringLiteral("load-standard"), QStringLiteral("--database"), database,
-                    example("standard/schema.sql"), example("standard/data.sql")});
+    QStringList args = {QStringLiteral("load-standard"), QStringLiteral("--database"), database};
+    if (!readerRole.isEmpty())
+        args += {QStringLiteral("--reader-role"), readerRole};
+    const Run run = runProgram(
+        args + QStringList{example("standard/schema.sql"), example("standard/data.sql")});
     return run.exitCode == 0 ? QString() : run.err;
 }
 
@@ -135,9 +139,13 @@ void tst_import_cli::initTestCase()
     }
     QUrl own(server);
     own.setPath(u'/' + m_postgresName);
-    m_postgres = own.toString();
-    const QString loadedPg = loadStandard(m_postgres);
+    // Loaded as the server's user; the import connects as the role that may only read.
+    m_readerRole = m_postgresName + QStringLiteral("_reader");
+    const QString loadedPg = loadStandard(own.toString(), m_readerRole);
     QVERIFY2(loadedPg.isEmpty(), qPrintable(loadedPg));
+    own.setUserName(m_readerRole);
+    own.setPassword({});
+    m_postgres = own.toString();
 }
 
 void tst_import_cli::cleanupTestCase()
@@ -147,6 +155,7 @@ void tst_import_cli::cleanupTestCase()
     {
         QSqlDatabase admin = QSqlDatabase::database("admin");
         QSqlQuery(admin).exec(QStringLiteral("DROP DATABASE IF EXISTS %1").arg(m_postgresName));
+        QSqlQuery(admin).exec(QStringLiteral("DROP ROLE IF EXISTS %1").arg(m_readerRole));
         admin.close();
     }
     QSqlDatabase::removeDatabase("admin");

@@ -35,6 +35,7 @@ private:
     QTemporaryDir m_dir;
     QString m_sqlite;
     QString m_postgresName;
+    QString m_readerRole;
 };
 
 namespace {
@@ -68,10 +69,14 @@ QString example(const QString& relative)
     return QStringLiteral(KV_SOURCE_DIR "/examples/") + relative;
 }
 
-QString loadStandard(const QString& database)
+// `readerRole`: on PostgreSQL, the role that may only read the standard (see load-standard).
+QString loadStandard(const QString& database, const QString& readerRole = QString())
 {
-    const Run run = runProgram({"load-standard", "--database", database,
-                                example("standard/schema.sql"), example("standard/data.sql")});
+    QStringList args = {"load-standard", "--database", database};
+    if (!readerRole.isEmpty())
+        args += {"--reader-role", readerRole};
+    const Run run = runProgram(
+        args + QStringList{example("standard/schema.sql"), example("standard/data.sql")});
     return run.exitCode == 0 ? QString() : run.err;
 }
 
@@ -135,6 +140,7 @@ void tst_import_run::cleanupTestCase()
     {
         QSqlDatabase admin = QSqlDatabase::database("admin");
         QSqlQuery(admin).exec(QStringLiteral("DROP DATABASE IF EXISTS %1").arg(m_postgresName));
+        QSqlQuery(admin).exec(QStringLiteral("DROP ROLE IF EXISTS %1").arg(m_readerRole));
         admin.close();
     }
     QSqlDatabase::removeDatabase("admin");
@@ -184,8 +190,12 @@ void tst_import_run::sameDrawingOnPostgres()
     }
     QUrl own(server);
     own.setPath(u'/' + m_postgresName);
-    const QString loaded = loadStandard(own.toString());
+    // Loaded as the server's user; the run connects as the role that may only read.
+    m_readerRole = m_postgresName + QStringLiteral("_reader");
+    const QString loaded = loadStandard(own.toString(), m_readerRole);
     QVERIFY2(loaded.isEmpty(), qPrintable(loaded));
+    own.setUserName(m_readerRole);
+    own.setPassword({});
 
     const QString sqliteOut = runSheet(m_sqlite, QStringLiteral("sqlite.dxf"));
     const QString postgresOut = runSheet(own.toString(), QStringLiteral("postgres.dxf"));

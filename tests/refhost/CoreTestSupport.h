@@ -4,6 +4,8 @@
 // stand-in for the DXF block reader, and a standard's database filled with a few rows.
 
 #include "CadServices.h"
+#include "ReaderRole.h"
+#include "StandardLoader.h"
 
 #include "host/CEPasta.h"
 
@@ -17,6 +19,7 @@
 #include <QSqlQuery>
 #include <QString>
 #include <QStringList>
+#include <QUuid>
 
 #include <functional>
 
@@ -122,7 +125,7 @@ inline QStringList standardDatabaseStatements()
         QStringLiteral("DROP TABLE IF EXISTS CUSTOM_PROPERTIES"),
         QStringLiteral("DROP TABLE IF EXISTS BDMENUS"),
         QStringLiteral("DROP TABLE IF EXISTS BDDIC"),
-        QStringLiteral("DROP TABLE IF EXISTS LATER"),
+        QStringLiteral("DROP TABLE IF EXISTS BDVINCL"),
         QStringLiteral("DROP TABLE IF EXISTS INTRUDER"),
         QStringLiteral("CREATE TABLE BDKV (KV_KEY VARCHAR(20), KV_KEY_NOR VARCHAR(20), "
                        "KV_DWG VARCHAR(60), MENU_DESCR VARCHAR(120), KV_EXPLODE VARCHAR(1), "
@@ -195,6 +198,37 @@ inline void describeTree(const std::vector<std::unique_ptr<CEPasta>>& entries, i
                      entry->GetKey() + QLatin1Char(' ') + texts.join(QLatin1Char(',')));
         describeTree(entry->children(), depth + 1, lines);
     }
+}
+
+// A login role name of the test's own (roles are shared by the whole server, and tests run at
+// the same time).
+inline QString uniqueRoleName(const char* prefix)
+{
+    return QString::fromLatin1(prefix) + QUuid::createUuid().toString(QUuid::Id128).left(12);
+}
+
+// Sets up `role` as the loader does, to read the standard's tables in the search path of
+// `db`; the error text, or empty.
+inline QString setUpReaderRole(QSqlDatabase db, const QString& role)
+{
+    if (!db.transaction())
+        return db.lastError().text();
+    const RefHost::ReaderRole::Result result =
+        RefHost::ReaderRole::setUp(db, role, RefHost::StandardLoader::standardTables());
+    if (!result.error.isEmpty()) {
+        db.rollback();
+        return result.error;
+    }
+    return db.commit() ? QString() : db.lastError().text();
+}
+
+// Takes away what `role` was given in the database of `db` and removes it when it holds
+// nothing in other databases.
+inline void dropRole(const QSqlDatabase& db, const QString& role)
+{
+    QSqlQuery query(db);
+    query.exec(QStringLiteral("DROP OWNED BY %1").arg(role));
+    query.exec(QStringLiteral("DROP ROLE IF EXISTS %1").arg(role));
 }
 
 } // namespace CoreTest

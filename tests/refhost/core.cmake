@@ -4,7 +4,7 @@ if(TARGET kvref_model)
         LIBS kvref_model)
 endif()
 if(TARGET kvref_core)
-    foreach(area paths cad language queries host)
+    foreach(area paths cad language queries host readonly)
         kv_add_test(tst_refhost_${area}
             SOURCES ${CMAKE_CURRENT_LIST_DIR}/tst_refhost_${area}.cpp
                     ${CMAKE_CURRENT_LIST_DIR}/CoreTestSupport.h

@@ -141,6 +141,12 @@ private:
             m_setupError = CoreTest::execAll(writable, CoreTest::standardDatabaseStatements());
             if (!m_setupError.isEmpty())
                 return false;
+            // The host connects as a role that may only read, as load-standard sets it up.
+            m_role = CoreTest::uniqueRoleName("kv_test_reader_");
+            m_setupError = CoreTest::setUpReaderRole(writable, m_role);
+            if (!m_setupError.isEmpty())
+                return false;
+            m_spec = ReaderRole::connectionUrl(m_spec, m_role);
         }
         DatabaseConnection::Opened opened = DatabaseConnection::open(m_spec);
         if (!opened.connection) {
@@ -177,6 +183,10 @@ private slots:
                 CoreTest::execAll(QSqlDatabase::database(m_writableName),
                                   {QStringLiteral("DROP SCHEMA %1 CASCADE").arg(m_schema)});
                 m_schema.clear();
+            }
+            if (!m_role.isEmpty()) {
+                CoreTest::dropRole(QSqlDatabase::database(m_writableName), m_role);
+                m_role.clear();
             }
             QSqlDatabase::database(m_writableName).close();
             QSqlDatabase::removeDatabase(m_writableName);
@@ -313,14 +323,19 @@ private slots:
         QCOMPARE(m_services->RunQuery(cached).getResult().size(), 1);
         QCOMPARE(m_services->RunQuery(fresh).getResult().size(), 2);
 
-        // A failure is not kept.
-        const auto missing = std::make_shared<TextQuery>(QStringLiteral("SELECT A FROM LATER"),
-                                                         QList<QPair<QString, QVariant>>{},
-                                                         QStringLiteral("{later}"));
+        // A failure is not kept: a standard's table that a later load adds (and lets the reader
+        // role read) is answered then.
+        const auto missing = std::make_shared<TextQuery>(
+            QStringLiteral("SELECT VL_QTDE FROM BDVINCL"), QList<QPair<QString, QVariant>>{},
+            QStringLiteral("{later}"));
         QVERIFY(m_services->RunQuery(missing).failed());
-        QCOMPARE(writeThroughSideDoor({QStringLiteral("CREATE TABLE LATER (A INTEGER)"),
-                                       QStringLiteral("INSERT INTO LATER VALUES (7)")}),
-                 QString());
+        QStringList addTable = {
+            QStringLiteral("CREATE TABLE BDVINCL (VL_KEY_A VARCHAR(20), VL_KEY_B "
+                           "VARCHAR(20), VL_QTDE VARCHAR(20))"),
+            QStringLiteral("INSERT INTO BDVINCL VALUES ('100', '200', '7')")};
+        if (!m_role.isEmpty())
+            addTable.append(QStringLiteral("GRANT SELECT ON BDVINCL TO %1").arg(m_role));
+        QCOMPARE(writeThroughSideDoor(addTable), QString());
         const CVRQueryResponse later = m_services->RunQuery(missing);
         QVERIFY2(later.succeeded(), qPrintable(later.errorText()));
         QCOMPARE(later.getSingleResult().toInt(), 7);
@@ -493,6 +508,7 @@ private:
     QString m_spec;
     QString m_writableName;
     QString m_schema; // PostgreSQL: the test's own schema
+    QString m_role;   // PostgreSQL: the reader role the host connects as
     QString m_setupError;
     int m_connectionCount = 0;
 };

@@ -254,10 +254,13 @@ private slots:
             QVERIFY2(create.exec(QStringLiteral("CREATE SCHEMA %1").arg(schema)),
                      qPrintable(create.lastError().text()));
         }
-        auto dropSchema = qScopeGuard([&schema] {
+        const QString role = schema + QStringLiteral("_reader");
+        auto dropSchema = qScopeGuard([&schema, &role] {
             {
                 QSqlQuery drop(QSqlDatabase::database(schema));
                 drop.exec(QStringLiteral("DROP SCHEMA %1 CASCADE").arg(schema));
+                drop.exec(QStringLiteral("DROP OWNED BY %1").arg(role));
+                drop.exec(QStringLiteral("DROP ROLE IF EXISTS %1").arg(role));
             }
             QSqlDatabase::database(schema).close();
             QSqlDatabase::removeDatabase(schema);
@@ -267,9 +270,14 @@ private slots:
         const QString database = url.toString(QUrl::FullyEncoded);
         const Outcome loaded =
             runProgram({QStringLiteral("load-standard"), QStringLiteral("--database"), database,
+                        QStringLiteral("--reader-role"), role,
                         kExamples + QStringLiteral("/standard/schema.sql"),
                         kExamples + QStringLiteral("/standard/data.sql")});
         QVERIFY2(loaded.exitCode == 0, qPrintable(loaded.err));
+        // The run connects as the role that may only read.
+        QUrl reader(database);
+        reader.setUserName(role);
+        reader.setPassword({});
 
         QTemporaryDir dir;
         const QString onSqlite = dir.filePath(QStringLiteral("sqlite.dxf"));
@@ -277,7 +285,7 @@ private slots:
         const Outcome a = runProgram(baseArguments(onSqlite));
         QVERIFY2(a.exitCode == 0, qPrintable(a.err));
         QStringList args = baseArguments(onPostgres);
-        args[args.indexOf(QStringLiteral("--database")) + 1] = database;
+        args[args.indexOf(QStringLiteral("--database")) + 1] = reader.toString(QUrl::FullyEncoded);
         const Outcome b = runProgram(args);
         QVERIFY2(b.exitCode == 0, qPrintable(b.err));
         QCOMPARE(errorLines(b.err), errorLines(a.err));
