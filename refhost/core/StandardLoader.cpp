@@ -110,6 +110,24 @@ QString readScript(const QString& path, ScriptFile& script)
     return {};
 }
 
+// The associations (owner, associated) as a graph: each owner's associated keys in the order
+// given, and the owners in ascending order.
+struct AssociationGraph
+{
+    explicit AssociationGraph(const QList<QPair<QString, QString>>& associations)
+    {
+        for (const auto& [owner, associated] : associations) {
+            if (!next.contains(owner))
+                owners.append(owner);
+            next[owner].append(associated);
+        }
+        std::sort(owners.begin(), owners.end());
+    }
+
+    QHash<QString, QStringList> next;
+    QStringList owners;
+};
+
 } // namespace
 
 StandardLoader::StandardLoader(QSqlDatabase db, QString description)
@@ -219,14 +237,9 @@ SqlScript StandardLoader::splitScript(const QString& script)
 
 QStringList StandardLoader::findCycle(const QList<QPair<QString, QString>>& associations)
 {
-    QHash<QString, QStringList> next;
-    QStringList owners;
-    for (const auto& [owner, associated] : associations) {
-        if (!next.contains(owner))
-            owners.append(owner);
-        next[owner].append(associated);
-    }
-    std::sort(owners.begin(), owners.end());
+    const AssociationGraph graph(associations);
+    const QHash<QString, QStringList>& next = graph.next;
+    const QStringList& owners = graph.owners;
 
     // Depth-first walk without recursion (a long chain must not exhaust the stack); a key seen
     // again while it is still on the walk's path closes a cycle.
@@ -264,16 +277,11 @@ QStringList StandardLoader::findCycle(const QList<QPair<QString, QString>>& asso
 
 QStringList StandardLoader::deepestChain(const QList<QPair<QString, QString>>& associations)
 {
-    QHash<QString, QStringList> next;
-    QStringList owners;
-    for (const auto& [owner, associated] : associations) {
-        if (!next.contains(owner))
-            owners.append(owner);
-        next[owner].append(associated);
-    }
-    std::sort(owners.begin(), owners.end());
-    for (QStringList& children : next)
+    AssociationGraph graph(associations);
+    for (QStringList& children : graph.next)
         std::sort(children.begin(), children.end());
+    const QHash<QString, QStringList>& next = graph.next;
+    const QStringList& owners = graph.owners;
 
     // Levels below each key, worked out after its children (a walk without recursion, as in
     // findCycle), and the child that leads deepest.
