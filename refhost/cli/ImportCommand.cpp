@@ -5,6 +5,7 @@
 
 #include "CliCommand.h"
 #include "DatabaseConnection.h"
+#include "FileChecks.h"
 #include "SettingsInputCheck.h"
 #include "StandardNames.h"
 
@@ -27,20 +28,6 @@
 namespace CliImport {
 
 namespace {
-
-// Empty when `path` names a readable file; otherwise the problem, naming the file.
-QString checkReadable(const QString& path)
-{
-    const QFileInfo info(path);
-    if (!info.exists())
-        return path + QStringLiteral(": no such file");
-    if (info.isDir())
-        return path + QStringLiteral(": is a folder, not a file");
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return path + QStringLiteral(": cannot be read: ") + file.errorString();
-    return {};
-}
 
 // The texts of the message boxes among what the host wrote to its error stream.
 QStringList messageTexts(const QByteArray& written)
@@ -131,7 +118,7 @@ ImportSession::~ImportSession() = default;
 QString checkImportFiles(const QString& settingsPath, const QString& sheetPath)
 {
     for (const QString& path : {settingsPath, sheetPath}) {
-        if (QString problem = checkReadable(path); !problem.isEmpty())
+        if (QString problem = FileChecks::readable(path); !problem.isEmpty())
             return problem;
     }
     return {};

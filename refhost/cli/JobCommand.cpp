@@ -1,6 +1,7 @@
 // The "job" verb: builds the insertion job from a settings file and an item tree, as the main
 // dialog does when the user starts a run, and prints it as JSON (docs/job-json.md).
 #include "CliCommand.h"
+#include "FileChecks.h"
 #include "SettingsInputCheck.h"
 
 #include "engine/CEInsAutoJobBuilder.h"
@@ -20,20 +21,6 @@ int badInput(QTextStream& err, const QString& problem)
 {
     err << "kvinsertauto job: " << problem << "\n";
     return kExitBadInput;
-}
-
-// Empty when `path` names a readable file; otherwise the problem, naming the file.
-QString checkReadable(const QString& path)
-{
-    const QFileInfo info(path);
-    if (!info.exists())
-        return path + QStringLiteral(": no such file");
-    if (info.isDir())
-        return path + QStringLiteral(": is a folder, not a file");
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return path + QStringLiteral(": cannot be read: ") + file.errorString();
-    return {};
 }
 
 int job(const QStringList& args, QTextStream& out, QTextStream& err)
@@ -67,7 +54,7 @@ int job(const QStringList& args, QTextStream& out, QTextStream& err)
     if (!SettingsEncoding::fromEnvironment(&problem))
         return badInput(err, QStringLiteral("environment: ") + problem);
     for (const QString& path : {settingsPath, treePath}) {
-        if (const QString unreadable = checkReadable(path); !unreadable.isEmpty())
+        if (const QString unreadable = FileChecks::readable(path); !unreadable.isEmpty())
             return badInput(err, unreadable);
     }
 

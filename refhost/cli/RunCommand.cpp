@@ -2,6 +2,7 @@
 // imported from a spreadsheet), runs it in the reference host on a drawing (a DXF file, or a new
 // drawing with page PAGE$1), and writes the drawing as DXF and, when asked, one picture per page.
 #include "CliCommand.h"
+#include "FileChecks.h"
 #include "ImportCommand.h"
 #include "SettingsInputCheck.h"
 #include "StandardNames.h"
@@ -64,32 +65,6 @@ const CliOption<RunArguments> kOptions[] = {
     {"--language", &RunArguments::language, false},
 };
 
-// Empty when `path` names a readable file; otherwise the problem, naming the file.
-QString checkReadable(const QString& path)
-{
-    const QFileInfo info(path);
-    if (!info.exists())
-        return path + QStringLiteral(": no such file");
-    if (info.isDir())
-        return path + QStringLiteral(": is a folder, not a file");
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return path + QStringLiteral(": cannot be read: ") + file.errorString();
-    return {};
-}
-
-// Empty when a file can be written at `path` (its folder exists and it is not a folder).
-QString checkWritable(const QString& path)
-{
-    const QFileInfo info(path);
-    if (info.isDir())
-        return path + QStringLiteral(": is a folder, not a file");
-    const QFileInfo folder(info.absolutePath());
-    if (!folder.isDir())
-        return path + QStringLiteral(": the folder %1 does not exist").arg(folder.filePath());
-    return {};
-}
-
 // The arguments, or the problem with them.
 std::optional<RunArguments> parseArguments(const QStringList& args, QString* problem)
 {
@@ -115,7 +90,7 @@ QString checkFiles(const RunArguments& run)
     if (!run.drawing.isEmpty())
         readable.append(run.drawing);
     for (const QString& path : std::as_const(readable)) {
-        if (QString unreadable = checkReadable(path); !unreadable.isEmpty())
+        if (QString unreadable = FileChecks::readable(path); !unreadable.isEmpty())
             return unreadable;
     }
     if (!QFileInfo(run.networkDir).isDir())
@@ -124,7 +99,7 @@ QString checkFiles(const RunArguments& run)
     if (!run.trace.isEmpty())
         written.append(run.trace);
     for (const QString& path : std::as_const(written)) {
-        if (QString unwritable = checkWritable(path); !unwritable.isEmpty())
+        if (QString unwritable = FileChecks::writable(path); !unwritable.isEmpty())
             return unwritable;
     }
     if (!run.pages.isEmpty() && QFileInfo::exists(run.pages) && !QFileInfo(run.pages).isDir())
