@@ -42,14 +42,10 @@ QString conninfoValue(const QString& value)
 }
 
 // The connection parameters of the URL's query (libpq names: "sslmode", "options", ...; "host"
-// is taken as the host), with every transaction of the session made read-only. Options given in
-// the URL are kept after these.
-QString postgresConnectOptions(const QUrlQuery& query)
+// is taken as the host), with `serverOptions` for the server. Options given in the URL are kept
+// after these.
+QString postgresConnectOptions(const QUrlQuery& query, QString serverOptions)
 {
-    // The server's notices and warnings (a statement text may hold a COMMIT outside any
-    // transaction) are not the user's business: libpq would print them on the error output.
-    QString serverOptions =
-        QStringLiteral("-c default_transaction_read_only=on -c client_min_messages=error");
     QStringList parameters{QStringLiteral("connect_timeout=10")};
     for (const auto& [key, value] : query.queryItems(QUrl::FullyDecoded)) {
         if (key == u"host")
@@ -59,7 +55,9 @@ QString postgresConnectOptions(const QUrlQuery& query)
         else
             parameters.append(key + QLatin1Char('=') + conninfoValue(value));
     }
-    parameters.append(QStringLiteral("options=") + conninfoValue(serverOptions));
+    serverOptions = serverOptions.trimmed();
+    if (!serverOptions.isEmpty())
+        parameters.append(QStringLiteral("options=") + conninfoValue(serverOptions));
     return parameters.join(QLatin1Char(';'));
 }
 
@@ -92,6 +90,33 @@ bool DatabaseConnection::isPostgresUrl(const QString& spec)
            spec.startsWith(QStringLiteral("postgres://"), Qt::CaseInsensitive);
 }
 
+QString DatabaseConnection::addPostgresDatabase(const QString& spec, const QString& name,
+                                                const QString& serverOptions, QString* description)
+{
+    const QUrl url(spec, QUrl::StrictMode);
+    *description = url.toString(QUrl::RemovePassword);
+    const QUrlQuery query(url);
+    const QString host = query.hasQueryItem(QStringLiteral("host"))
+                             ? query.queryItemValue(QStringLiteral("host"))
+                             : url.host();
+    const QString database = url.path().mid(1);
+    if (!url.isValid() || host.isEmpty() || database.isEmpty()) {
+        return QStringLiteral("%1: not a PostgreSQL URL (postgresql://user@host:port/database)")
+            .arg(*description);
+    }
+    if (!QSqlDatabase::isDriverAvailable(QStringLiteral("QPSQL")))
+        return QStringLiteral("%1: the Qt PostgreSQL driver (QPSQL) is not installed")
+            .arg(*description);
+    QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QPSQL"), name);
+    db.setHostName(host);
+    db.setPort(url.port(5432));
+    db.setDatabaseName(database);
+    db.setUserName(url.userName(QUrl::FullyDecoded));
+    db.setPassword(url.password(QUrl::FullyDecoded));
+    db.setConnectOptions(postgresConnectOptions(query, serverOptions));
+    return {};
+}
+
 DatabaseConnection::Opened DatabaseConnection::open(const QString& spec)
 {
     Opened result;
@@ -101,32 +126,16 @@ DatabaseConnection::Opened DatabaseConnection::open(const QString& spec)
     {
         QSqlDatabase db;
         if (postgres) {
-            const QUrl url(spec, QUrl::StrictMode);
-            description = url.toString(QUrl::RemovePassword);
-            const QUrlQuery query(url);
-            const QString host = query.hasQueryItem(QStringLiteral("host"))
-                                     ? query.queryItemValue(QStringLiteral("host"))
-                                     : url.host();
-            const QString database = url.path().mid(1);
-            if (!url.isValid() || host.isEmpty() || database.isEmpty()) {
-                result.error = QStringLiteral("%1: not a PostgreSQL URL "
-                                              "(postgresql://user@host:port/database)")
-                                   .arg(description);
+            // Every transaction of the session is read-only. The server's notices and warnings
+            // (a statement text may hold a COMMIT outside any transaction) are not the user's
+            // business: libpq would print them on the error output.
+            result.error = addPostgresDatabase(
+                spec, name,
+                QStringLiteral("-c default_transaction_read_only=on -c client_min_messages=error"),
+                &description);
+            if (!result.error.isEmpty())
                 return result;
-            }
-            if (!QSqlDatabase::isDriverAvailable(QStringLiteral("QPSQL"))) {
-                result.error =
-                    QStringLiteral("%1: the Qt PostgreSQL driver (QPSQL) is not installed")
-                        .arg(description);
-                return result;
-            }
-            db = QSqlDatabase::addDatabase(QStringLiteral("QPSQL"), name);
-            db.setHostName(host);
-            db.setPort(url.port(5432));
-            db.setDatabaseName(database);
-            db.setUserName(url.userName(QUrl::FullyDecoded));
-            db.setPassword(url.password(QUrl::FullyDecoded));
-            db.setConnectOptions(postgresConnectOptions(query));
+            db = QSqlDatabase::database(name, false);
         } else {
             const QFileInfo file(spec);
             if (!file.isFile()) {

@@ -639,37 +639,11 @@ StandardLoadResult StandardLoader::loadDatabase(const QString& spec, const QStri
     {
         QSqlDatabase db;
         if (postgres) {
-            const QUrl url(spec, QUrl::StrictMode);
-            description = url.toString(QUrl::RemovePassword);
-            const QUrlQuery options(url);
-            const QString host = options.hasQueryItem(QStringLiteral("host"))
-                                     ? options.queryItemValue(QStringLiteral("host"))
-                                     : url.host();
-            const QString database = url.path().mid(1);
-            if (!url.isValid() || host.isEmpty() || database.isEmpty()) {
-                result.error = QStringLiteral("%1: not a PostgreSQL URL "
-                                              "(postgresql://user@host:port/database)")
-                                   .arg(description);
+            result.error =
+                DatabaseConnection::addPostgresDatabase(spec, name, QString(), &description);
+            if (!result.error.isEmpty())
                 return result;
-            }
-            if (!QSqlDatabase::isDriverAvailable(QStringLiteral("QPSQL"))) {
-                result.error = QStringLiteral("%1: the Qt PostgreSQL driver (QPSQL) is not "
-                                              "installed")
-                                   .arg(description);
-                return result;
-            }
-            db = QSqlDatabase::addDatabase(QStringLiteral("QPSQL"), name);
-            db.setHostName(host);
-            db.setPort(url.port(5432));
-            db.setDatabaseName(database);
-            db.setUserName(url.userName(QUrl::FullyDecoded));
-            db.setPassword(url.password(QUrl::FullyDecoded));
-            QStringList connectOptions{QStringLiteral("connect_timeout=10")};
-            for (const auto& [key, value] : options.queryItems(QUrl::FullyDecoded)) {
-                if (key != u"host")
-                    connectOptions.append(key + u'=' + value);
-            }
-            db.setConnectOptions(connectOptions.join(u';'));
+            db = QSqlDatabase::database(name, false);
         } else {
             const QFileInfo file(spec);
             if (file.exists() && !file.isFile()) {
