@@ -1,8 +1,8 @@
 // The job as JSON, and the command-line verb "job" that prints it.
 
+#include "../common/ProgramRun.h"
 #include "engine/CEInsAutoJobJson.h"
 
-#include <QProcess>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -32,24 +32,13 @@ bool writeFile(const QString& path, const QByteArray& bytes)
     return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
 }
 
-struct Outcome
-{
-    int exitCode = -1;
-    QByteArray out;
-    QByteArray err;
-};
+using Outcome = ProgramRun::Result;
 
 Outcome runProgram(const QStringList& args)
 {
-    QProcess process;
-    process.start(kProgram, args);
-    Outcome outcome;
-    if (!process.waitForFinished(20000))
-        return outcome;
-    outcome.exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
-    outcome.out = process.readAllStandardOutput();
-    outcome.err = process.readAllStandardError();
-    return outcome;
+    ProgramRun::Options options;
+    options.timeoutMs = 20000;
+    return ProgramRun::run(kProgram, args, options);
 }
 
 const QByteArray kTree = R"([

@@ -1,15 +1,13 @@
 // The "kvinsertauto import" verb, run as a program: the example imported on SQLite and on
 // PostgreSQL gives the expected tree (the same bytes on both), the trace and the language
 // options, and bad input ending in one line that names the file, with exit status 2.
+#include "ImportCliSupport.h"
+
 #include <QFile>
-#include <QProcess>
-#include <QSqlDatabase>
-#include <QSqlError>
-#include <QSqlQuery>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QUrl>
-#include <QUuid>
+
+using namespace ImportCli;
 
 class tst_import_cli : public QObject
 {
@@ -29,41 +27,10 @@ private:
 
     QTemporaryDir m_dir;
     QString m_sqlite;
-    QString m_postgres;
-    QString m_postgresName;
-    QString m_readerRole;
+    ImportCli::ReaderDatabase m_postgres;
 };
 
 namespace {
-
-struct Run
-{
-    int exitCode = -1;
-    QByteArray out;
-    QString err;
-};
-
-Run runProgram(const QStringList& args)
-{
-    QProcess process;
-    process.start(QStringLiteral(KV_CLI_PROGRAM), args);
-    Run run;
-    if (!process.waitForFinished(120000)) {
-        process.kill();
-        process.waitForFinished();
-        run.err = QStringLiteral("the program did not finish");
-        return run;
-    }
-    run.exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
-    run.out = process.readAllStandardOutput();
-    run.err = QString::fromUtf8(process.readAllStandardError());
-    return run;
-}
-
-QString example(const QString& relative)
-{
-    return QStringLiteral(KV_SOURCE_DIR "/examples/") + relative;
-}
 
 QString workbook(const QString& name)
 {
@@ -98,17 +65,6 @@ bool writeSettings(const QString& path, const QStringList& fieldLines)
     return file.write(lines.join(QStringLiteral("\r\n")).toLatin1()) > 0;
 }
 
-// `readerRole`: on PostgreSQL, the role that may only read the standard (see load-standard).
-QString loadStandard(const QString& database, const QString& readerRole = QString())
-{
-    QStringList args = {QStringLiteral("load-standard"), QStringLiteral("--database"), database};
-    if (!readerRole.isEmpty())
-        args += {QStringLiteral("--reader-role"), readerRole};
-    const Run run = runProgram(
-        args + QStringList{example("standard/schema.sql"), example("standard/data.sql")});
-    return run.exitCode == 0 ? QString() : run.err;
-}
-
 } // namespace
 
 void tst_import_cli::initTestCase()
@@ -121,49 +77,19 @@ void tst_import_cli::initTestCase()
     const QString url = qEnvironmentVariable("KV_TEST_PGURL");
     if (url.isEmpty())
         return;
-    // A database of its own on the server, so that nothing else there is seen or touched.
-    const QUrl server(url);
-    m_postgresName =
-        QStringLiteral("kv_import_cli_") + QUuid::createUuid().toString(QUuid::Id128).left(12);
-    {
-        QSqlDatabase admin = QSqlDatabase::addDatabase(QStringLiteral("QPSQL"), "admin");
-        admin.setHostName(server.host());
-        admin.setPort(server.port(5432));
-        admin.setUserName(server.userName());
-        admin.setPassword(server.password());
-        admin.setDatabaseName(server.path().mid(1));
-        QVERIFY2(admin.open(), qPrintable(admin.lastError().text()));
-        QSqlQuery create(admin);
-        QVERIFY2(create.exec(QStringLiteral("CREATE DATABASE %1").arg(m_postgresName)),
-                 qPrintable(create.lastError().text()));
-    }
-    QUrl own(server);
-    own.setPath(u'/' + m_postgresName);
     // Loaded as the server's user; the import connects as the role that may only read.
-    m_readerRole = m_postgresName + QStringLiteral("_reader");
-    const QString loadedPg = loadStandard(own.toString(), m_readerRole);
-    QVERIFY2(loadedPg.isEmpty(), qPrintable(loadedPg));
-    own.setUserName(m_readerRole);
-    own.setPassword({});
-    m_postgres = own.toString();
+    m_postgres = ImportCli::createReaderDatabase(url, QStringLiteral("kv_import_cli_"));
+    QVERIFY2(m_postgres.error.isEmpty(), qPrintable(m_postgres.error));
 }
 
 void tst_import_cli::cleanupTestCase()
 {
-    if (m_postgresName.isEmpty() || !QSqlDatabase::contains("admin"))
-        return;
-    {
-        QSqlDatabase admin = QSqlDatabase::database("admin");
-        QSqlQuery(admin).exec(QStringLiteral("DROP DATABASE IF EXISTS %1").arg(m_postgresName));
-        QSqlQuery(admin).exec(QStringLiteral("DROP ROLE IF EXISTS %1").arg(m_readerRole));
-        admin.close();
-    }
-    QSqlDatabase::removeDatabase("admin");
+    ImportCli::dropDatabase(m_postgres);
 }
 
 QString tst_import_cli::database(const QString& kind)
 {
-    return kind == u"sqlite" ? m_sqlite : m_postgres;
+    return kind == u"sqlite" ? m_sqlite : m_postgres.readerUrl;
 }
 
 void tst_import_cli::exampleTree_data()
@@ -183,21 +109,22 @@ void tst_import_cli::exampleTree()
     if (database(kind).isEmpty())
         QSKIP("KV_TEST_PGURL is not set: no PostgreSQL server for this row (scripts/test.sh "
               "starts one)");
-    const Run run = runProgram(importArgs(example("settings/example.cfa"),
-                                          example("sheets/example.xlsx"), database(kind)) +
-                               extra);
-    QVERIFY2(run.exitCode == 0, qPrintable(run.err));
-    QCOMPARE(run.err, QString());
+    const ProgramRun::Result run =
+        runProgram(importArgs(example("settings/example.cfa"), example("sheets/example.xlsx"),
+                              database(kind)) +
+                   extra);
+    QVERIFY2(run.exitCode == 0, qPrintable(run.errText()));
+    QCOMPARE(run.errText(), QString());
     QCOMPARE(run.out, expectedExampleTree());
 }
 
 void tst_import_cli::traceAndLanguage()
 {
     const QString trace = m_dir.filePath(QStringLiteral("trace.jsonl"));
-    const Run run = runProgram(
+    const ProgramRun::Result run = runProgram(
         importArgs(example("settings/example.cfa"), example("sheets/example.xlsx"), m_sqlite) +
         QStringList{"--language", "2", "--trace", trace});
-    QVERIFY2(run.exitCode == 0, qPrintable(run.err));
+    QVERIFY2(run.exitCode == 0, qPrintable(run.errText()));
     // The Portuguese descriptions of the example standard.
     QVERIFY2(run.out.contains("\"description\": \"Minidisjuntor 3P C32 A\""), run.out.constData());
     QVERIFY(!run.out.contains("Miniature circuit breaker"));
@@ -296,11 +223,12 @@ void tst_import_cli::badInput()
     }
     message.replace(QStringLiteral("@TMP@"), m_dir.path());
 
-    const Run run = runProgram(args);
+    const ProgramRun::Result run = runProgram(args);
     QCOMPARE(run.exitCode, 2);
     QCOMPARE(run.out, QByteArray());
-    QVERIFY2(run.err.endsWith(u'\n') && run.err.count(u'\n') == 1, qPrintable(run.err));
-    QVERIFY2(run.err.startsWith(message), qPrintable(run.err));
+    const QString err = run.errText();
+    QVERIFY2(err.endsWith(u'\n') && err.count(u'\n') == 1, qPrintable(err));
+    QVERIFY2(err.startsWith(message), qPrintable(err));
 }
 
 QTEST_GUILESS_MAIN(tst_import_cli)

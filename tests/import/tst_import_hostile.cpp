@@ -14,6 +14,7 @@
 // closes its quote and balances the statement ("' or '1' like '") changes which of the
 // standard's own components match, and reads nothing but BDMENUS and CUSTOM_PROPERTIES.
 #include "../common/DatabaseDump.h"
+#include "ImportCliSupport.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -28,6 +29,8 @@
 #include <QTest>
 #include <QUrl>
 #include <QUuid>
+
+using namespace ImportCli;
 
 namespace {
 
@@ -90,35 +93,6 @@ const QList<Cell>& cells()
         {"plain text again", QStringLiteral("NORDWERK"), Expect::AsValue},
     };
     return list;
-}
-
-struct Run
-{
-    int exitCode = -1;
-    QByteArray out;
-    QString err;
-};
-
-Run runProgram(const QStringList& args)
-{
-    QProcess process;
-    process.start(QStringLiteral(KV_CLI_PROGRAM), args);
-    Run run;
-    if (!process.waitForFinished(120000)) {
-        process.kill();
-        process.waitForFinished();
-        run.err = QStringLiteral("the program did not finish");
-        return run;
-    }
-    run.exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
-    run.out = process.readAllStandardOutput();
-    run.err = QString::fromUtf8(process.readAllStandardError());
-    return run;
-}
-
-QString example(const QString& relative)
-{
-    return QStringLiteral(KV_SOURCE_DIR "/examples/") + relative;
 }
 
 // A settings file as the settings dialog writes it: ITEM shown, MAKER searched on the
@@ -223,8 +197,9 @@ void tst_import_hostile::initTestCase()
     const QStringList scripts = {example("standard/schema.sql"), example("standard/data.sql")};
 
     m_sqlite = m_dir.filePath(QStringLiteral("standard.db"));
-    Run loaded = runProgram(QStringList{"load-standard", "--database", m_sqlite} + scripts);
-    QVERIFY2(loaded.exitCode == 0, qPrintable(loaded.err));
+    ProgramRun::Result loaded =
+        runProgram(QStringList{"load-standard", "--database", m_sqlite} + scripts);
+    QVERIFY2(loaded.exitCode == 0, qPrintable(loaded.errText()));
     {
         QSqlDatabase db;
         QCOMPARE(openConnection(db, QStringLiteral("sqlite-setup"), m_sqlite), QString());
@@ -252,7 +227,7 @@ void tst_import_hostile::initTestCase()
     loaded = runProgram(
         QStringList{"load-standard", "--database", m_postgresOwner, "--reader-role", m_role} +
         scripts);
-    QVERIFY2(loaded.exitCode == 0, qPrintable(loaded.err));
+    QVERIFY2(loaded.exitCode == 0, qPrintable(loaded.errText()));
     QCOMPARE(execAll(admin, secret), QString());
     // The URL that load-standard prints for the module.
     const QString printed = QStringLiteral("run the module as that role: --database ");
@@ -340,7 +315,7 @@ void tst_import_hostile::hostileCells()
     const QStringList before = TestDump::dumpDatabase(db, error, m_role);
     QVERIFY2(!before.isEmpty(), qPrintable(error));
 
-    const Run run = runProgram(
+    const ProgramRun::Result run = runProgram(
         {QStringLiteral("import"), QStringLiteral("--settings"),
          m_dir.filePath(equality ? QStringLiteral("equals.cfa") : QStringLiteral("contains.cfa")),
          QStringLiteral("--sheet"), m_workbook, QStringLiteral("--database"),
@@ -351,8 +326,8 @@ void tst_import_hostile::hostileCells()
     QVERIFY2(!after.isEmpty(), qPrintable(error));
     QCOMPARE(after, before);
 
-    QVERIFY2(run.exitCode == 0, qPrintable(run.err));
-    QCOMPARE(run.err, QString());
+    QVERIFY2(run.exitCode == 0, qPrintable(run.errText()));
+    QCOMPARE(run.errText(), QString());
     const QJsonObject tree = QJsonDocument::fromJson(run.out).object();
     const QJsonArray items = tree.value(QStringLiteral("items")).toArray();
     QCOMPARE(tree.value(QStringLiteral("itemCount")).toInt(), int(cells().size()));

@@ -4,13 +4,14 @@
 // into an empty output folder, which must stay empty (no output, no temporary file), and with
 // good files already in place at the output paths, which must keep their bytes.
 
+#include "../common/ProgramRun.h"
+
 #include <QDirIterator>
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QMap>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -80,33 +81,15 @@ void setFolderPermissions(const QString& folder, QFile::Permissions permissions)
         QFile::setPermissions(path, permissions);
 }
 
-struct Run
+// `env`: variables set for the program; `stdinPath`: the file read as standard input (none:
+// an empty standard input).
+ProgramRun::Result runProgram(const QStringList& args, const QMap<QString, QString>& env,
+                              const QString& stdinPath)
 {
-    int exitCode = -1;
-    QString out;
-    QString err;
-};
-
-Run runProgram(const QStringList& args, const QMap<QString, QString>& env, const QString& stdinPath)
-{
-    QProcess process;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    for (auto it = env.cbegin(); it != env.cend(); ++it)
-        environment.insert(it.key(), it.value());
-    process.setProcessEnvironment(environment);
-    process.setStandardInputFile(stdinPath.isEmpty() ? QProcess::nullDevice() : stdinPath);
-    process.start(QStringLiteral(KV_CLI_PROGRAM), args);
-    Run run;
-    if (!process.waitForFinished(120000)) {
-        process.kill();
-        process.waitForFinished();
-        run.err = QStringLiteral("the program did not finish");
-        return run;
-    }
-    run.exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
-    run.out = QString::fromUtf8(process.readAllStandardOutput());
-    run.err = QString::fromUtf8(process.readAllStandardError());
-    return run;
+    ProgramRun::Options options;
+    options.environment = env;
+    options.inputFile = stdinPath;
+    return ProgramRun::run(QStringLiteral(KV_CLI_PROGRAM), args, options);
 }
 
 } // namespace
@@ -144,12 +127,12 @@ void tst_CliBadInput::initTestCase()
     m_bad = m_work.filePath(QStringLiteral("bad"));
     QVERIFY(copyFolder(dataDir() + QStringLiteral("/bad"), m_bad));
     m_database = m_work.filePath(QStringLiteral("standard.db"));
-    const Run loaded =
+    const ProgramRun::Result loaded =
         runProgram({QStringLiteral("load-standard"), QStringLiteral("--database"), m_database,
                     sourceFile(QStringLiteral("examples/standard/schema.sql")),
                     sourceFile(QStringLiteral("examples/standard/data.sql"))},
                    {}, {});
-    QVERIFY2(loaded.exitCode == 0, qPrintable(loaded.err));
+    QVERIFY2(loaded.exitCode == 0, qPrintable(loaded.errText()));
 }
 
 QString tst_CliBadInput::substitute(QString text, const QString& outDir) const
@@ -266,15 +249,16 @@ void tst_CliBadInput::badInput()
                   "read-only output folder cannot make the write fail");
         }
     }
-    const Run run = runProgram(args, env, stdinPath);
+    const ProgramRun::Result run = runProgram(args, env, stdinPath);
     if (readOnly)
         setFolderPermissions(out, readOnlyFolder | QFile::WriteOwner);
 
     const QString message = substitute(row.value(QStringLiteral("message")).toString(), out);
+    const QString err = run.errText();
     QVERIFY2(run.exitCode == row.value(QStringLiteral("exit")).toInt(),
-             qPrintable(QStringLiteral("exit status %1\n%2").arg(run.exitCode).arg(run.err)));
-    QVERIFY2(run.err.contains(message),
-             qPrintable(QStringLiteral("expected \"%1\" in:\n%2").arg(message, run.err)));
+             qPrintable(QStringLiteral("exit status %1\n%2").arg(run.exitCode).arg(err)));
+    QVERIFY2(err.contains(message),
+             qPrintable(QStringLiteral("expected \"%1\" in:\n%2").arg(message, err)));
     if (!goodFilesInPlace) {
         for (const QString& output : std::as_const(outputs))
             QVERIFY2(!QFileInfo::exists(output), qPrintable(output + " was written"));

@@ -1,9 +1,9 @@
 // Tests of the command-line verb "kvinsertauto load-standard": exit statuses, the one-line
 // messages on errors, and that a refused load writes nothing.
 
+#include "../common/ProgramRun.h"
 #include "LoaderTestSupport.h"
 
-#include <QProcess>
 #include <QRegularExpression>
 #include <QSqlQuery>
 #include <QTemporaryDir>
@@ -11,29 +11,15 @@
 
 namespace {
 
-struct Run
-{
-    int exitCode = -1;
-    QString out;
-    QString err;
-};
+using Run = ProgramRun::Result;
 
+// A run of "kvinsertauto load-standard" with `args`.
 Run runProgram(const QStringList& args)
 {
-    QProcess process;
-    process.start(QStringLiteral(KV_CLI_PROGRAM),
-                  QStringList{QStringLiteral("load-standard")} + args);
-    Run run;
-    if (!process.waitForFinished(60000)) {
-        process.kill();
-        process.waitForFinished();
-        run.err = QStringLiteral("the program did not finish");
-        return run;
-    }
-    run.exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
-    run.out = QString::fromUtf8(process.readAllStandardOutput());
-    run.err = QString::fromUtf8(process.readAllStandardError());
-    return run;
+    ProgramRun::Options options;
+    options.timeoutMs = 60000;
+    return ProgramRun::run(QStringLiteral(KV_CLI_PROGRAM),
+                           QStringList{QStringLiteral("load-standard")} + args, options);
 }
 
 int insertsInto(const QString& table)
@@ -67,21 +53,21 @@ void tst_LoaderCli::loadsTheExample()
     const QStringList scripts = {LoaderTest::schemaSql(), LoaderTest::dataSql()};
 
     Run run = runProgram(QStringList{QStringLiteral("--database"), database} + scripts);
-    QVERIFY2(run.exitCode == 0, qPrintable(run.err));
-    QCOMPARE(run.err, QString());
-    QVERIFY2(run.out.startsWith(QLatin1String("Loaded ")), qPrintable(run.out));
-    QVERIFY2(run.out.contains(QStringLiteral("  BDKV: %1 rows\n").arg(insertsInto("BDKV"))),
-             qPrintable(run.out));
-    QVERIFY2(run.out.contains(QLatin1String("kv_custom_properties_tag_value")),
-             qPrintable(run.out));
+    QVERIFY2(run.exitCode == 0, qPrintable(run.errText()));
+    QCOMPARE(run.errText(), QString());
+    const QString out = run.outText();
+    QVERIFY2(out.startsWith(QLatin1String("Loaded ")), qPrintable(out));
+    QVERIFY2(out.contains(QStringLiteral("  BDKV: %1 rows\n").arg(insertsInto("BDKV"))),
+             qPrintable(out));
+    QVERIFY2(out.contains(QLatin1String("kv_custom_properties_tag_value")), qPrintable(out));
 
     // Loading again needs --drop; with it the standard is replaced, not doubled.
     run = runProgram(QStringList{QStringLiteral("--database"), database} + scripts);
     QCOMPARE(run.exitCode, 2);
     run = runProgram(QStringList{QStringLiteral("--drop"), QStringLiteral("--database"), database} +
                      scripts);
-    QVERIFY2(run.exitCode == 0, qPrintable(run.err));
-    QVERIFY(run.out.contains(QStringLiteral("  BDKV: %1 rows\n").arg(insertsInto("BDKV"))));
+    QVERIFY2(run.exitCode == 0, qPrintable(run.errText()));
+    QVERIFY(run.outText().contains(QStringLiteral("  BDKV: %1 rows\n").arg(insertsInto("BDKV"))));
 }
 
 void tst_LoaderCli::refusedLoads_data()
@@ -114,11 +100,12 @@ void tst_LoaderCli::refusedLoads()
     const Run run = runProgram({QStringLiteral("--database"), database, LoaderTest::schemaSql(),
                                 LoaderTest::dataSql(), path});
     QCOMPARE(run.exitCode, 2);
-    QCOMPARE(run.out, QString());
+    QCOMPARE(run.out, QByteArray());
     // One line, naming the file first.
-    QVERIFY2(run.err.endsWith(u'\n') && run.err.count(u'\n') == 1, qPrintable(run.err));
-    QVERIFY2(run.err.startsWith(path + u':'), qPrintable(run.err));
-    const QString rest = run.err.mid(path.size() + 1).chopped(1);
+    const QString err = run.errText();
+    QVERIFY2(err.endsWith(u'\n') && err.count(u'\n') == 1, qPrintable(err));
+    QVERIFY2(err.startsWith(path + u':'), qPrintable(err));
+    const QString rest = err.mid(path.size() + 1).chopped(1);
     QVERIFY2(QRegularExpression(message).match(rest).hasMatch(), qPrintable(rest));
     QVERIFY(!QFile::exists(database));
 }
@@ -163,7 +150,7 @@ void tst_LoaderCli::badArguments()
 
     const Run run = runProgram(args);
     QCOMPARE(run.exitCode, exitCode);
-    const QString& written = stream == u"out" ? run.out : run.err;
+    const QString written = stream == u"out" ? run.outText() : run.errText();
     QVERIFY2(written.contains(text), qPrintable(written));
     QVERIFY(!QFile::exists(dir.filePath(QStringLiteral("x.db"))));
 }
@@ -181,9 +168,9 @@ void tst_LoaderCli::postgresUrl()
 
     const Run run = runProgram({QStringLiteral("--database"), url.toString(),
                                 LoaderTest::schemaSql(), LoaderTest::dataSql()});
-    QVERIFY2(run.exitCode == 0, qPrintable(run.err));
-    QCOMPARE(run.err, QString()); // no notices from the server
-    QVERIFY(run.out.contains(QLatin1String("kv_custom_properties_value_trgm")));
+    QVERIFY2(run.exitCode == 0, qPrintable(run.errText()));
+    QCOMPARE(run.errText(), QString()); // no notices from the server
+    QVERIFY(run.outText().contains(QLatin1String("kv_custom_properties_value_trgm")));
     QCOMPARE(scratch.rowCount(QStringLiteral("BDKV")), insertsInto("BDKV"));
 }
 

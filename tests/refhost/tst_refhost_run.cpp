@@ -1,3 +1,4 @@
+#include "../common/ProgramRun.h"
 #include "DxfDrawingReader.h"
 
 #include <QCoreApplication>
@@ -5,7 +6,6 @@
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QProcess>
 #include <QScopeGuard>
 #include <QSqlDatabase>
 #include <QSqlError>
@@ -21,26 +21,13 @@ namespace {
 const QString kProgram = QStringLiteral(KV_BINARY_DIR "/refhost/cli/kvinsertauto");
 const QString kExamples = QStringLiteral(KV_SOURCE_DIR "/examples");
 
-struct Outcome
-{
-    int exitCode = -1;
-    QString out;
-    QString err;
-};
+using Outcome = ProgramRun::Result;
 
 Outcome runProgram(const QStringList& args)
 {
-    QProcess process;
-    process.start(kProgram, args);
-    Outcome outcome;
-    if (!process.waitForFinished(60000)) {
-        outcome.err = QStringLiteral("did not finish: ") + process.errorString();
-        return outcome;
-    }
-    outcome.exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -2;
-    outcome.out = QString::fromUtf8(process.readAllStandardOutput());
-    outcome.err = QString::fromUtf8(process.readAllStandardError());
-    return outcome;
+    ProgramRun::Options options;
+    options.timeoutMs = 60000;
+    return ProgramRun::run(kProgram, args, options);
 }
 
 // The lines of the error stream that are the program's own: Qt's note about a missing
@@ -101,7 +88,7 @@ private slots:
             runProgram({QStringLiteral("load-standard"), QStringLiteral("--database"), m_database,
                         kExamples + QStringLiteral("/standard/schema.sql"),
                         kExamples + QStringLiteral("/standard/data.sql")});
-        QVERIFY2(loaded.exitCode == 0, qPrintable(loaded.err));
+        QVERIFY2(loaded.exitCode == 0, qPrintable(loaded.errText()));
     }
 
     void runsTheExample()
@@ -112,8 +99,8 @@ private slots:
         const QString pages = dir.filePath(QStringLiteral("pages"));
         const Outcome run = runProgram(baseArguments(out) << QStringLiteral("--trace") << trace
                                                           << QStringLiteral("--pages") << pages);
-        QVERIFY2(run.exitCode == 0, qPrintable(run.err));
-        QCOMPARE(errorLines(run.err), QStringList());
+        QVERIFY2(run.exitCode == 0, qPrintable(run.errText()));
+        QCOMPARE(errorLines(run.errText()), QStringList());
 
         const DxfDrawingReader::Result read = DxfDrawingReader::read(out);
         QVERIFY2(read.drawing, qPrintable(read.error));
@@ -123,13 +110,13 @@ private slots:
         QCOMPARE(layers.first(), QStringLiteral("PAGE$1"));
         QVERIFY(!drawing.references().isEmpty());
         QCOMPARE(drawing.references().first().layer, QStringLiteral("PAGE$1"));
-        QCOMPARE(run.out, QStringLiteral("\n\nAutomatic insertion completed\n"
-                                         "Wrote %1: %2 pages, %3 block references\n"
-                                         "Wrote %2 page pictures to %4\n")
-                              .arg(out)
-                              .arg(layers.size())
-                              .arg(drawing.references().size())
-                              .arg(pages));
+        QCOMPARE(run.outText(), QStringLiteral("\n\nAutomatic insertion completed\n"
+                                               "Wrote %1: %2 pages, %3 block references\n"
+                                               "Wrote %2 page pictures to %4\n")
+                                    .arg(out)
+                                    .arg(layers.size())
+                                    .arg(drawing.references().size())
+                                    .arg(pages));
 
         // Every page numbered by the page macros, every symbol of the tree placed with its key.
         for (const BlockReference& reference : drawing.references()) {
@@ -174,10 +161,10 @@ private slots:
         const QString first = dir.filePath(QStringLiteral("first.dxf"));
         const QString second = dir.filePath(QStringLiteral("second.dxf"));
         const Outcome run1 = runProgram(baseArguments(first));
-        QVERIFY2(run1.exitCode == 0, qPrintable(run1.err));
+        QVERIFY2(run1.exitCode == 0, qPrintable(run1.errText()));
         const Outcome run2 =
             runProgram(baseArguments(second) << QStringLiteral("--drawing") << first);
-        QVERIFY2(run2.exitCode == 0, qPrintable(run2.err));
+        QVERIFY2(run2.exitCode == 0, qPrintable(run2.errText()));
 
         const DxfDrawingReader::Result a = DxfDrawingReader::read(first);
         const DxfDrawingReader::Result b = DxfDrawingReader::read(second);
@@ -207,7 +194,7 @@ private slots:
         args[tree] = QStringLiteral("--sheet");
         args[tree + 1] = kExamples + QStringLiteral("/sheets/example.xlsx");
         const Outcome run = runProgram(args);
-        QVERIFY2(run.exitCode == 0, qPrintable(run.err));
+        QVERIFY2(run.exitCode == 0, qPrintable(run.errText()));
         const DxfDrawingReader::Result read = DxfDrawingReader::read(out);
         QVERIFY2(read.drawing, qPrintable(read.error));
         QVERIFY(!read.drawing->references().isEmpty());
@@ -273,7 +260,7 @@ private slots:
                         QStringLiteral("--reader-role"), role,
                         kExamples + QStringLiteral("/standard/schema.sql"),
                         kExamples + QStringLiteral("/standard/data.sql")});
-        QVERIFY2(loaded.exitCode == 0, qPrintable(loaded.err));
+        QVERIFY2(loaded.exitCode == 0, qPrintable(loaded.errText()));
         // The run connects as the role that may only read.
         QUrl reader(database);
         reader.setUserName(role);
@@ -283,13 +270,13 @@ private slots:
         const QString onSqlite = dir.filePath(QStringLiteral("sqlite.dxf"));
         const QString onPostgres = dir.filePath(QStringLiteral("postgres.dxf"));
         const Outcome a = runProgram(baseArguments(onSqlite));
-        QVERIFY2(a.exitCode == 0, qPrintable(a.err));
+        QVERIFY2(a.exitCode == 0, qPrintable(a.errText()));
         QStringList args = baseArguments(onPostgres);
         args[args.indexOf(QStringLiteral("--database")) + 1] = reader.toString(QUrl::FullyEncoded);
         const Outcome b = runProgram(args);
-        QVERIFY2(b.exitCode == 0, qPrintable(b.err));
-        QCOMPARE(errorLines(b.err), errorLines(a.err));
-        QCOMPARE(b.out, QString(a.out).replace(onSqlite, onPostgres));
+        QVERIFY2(b.exitCode == 0, qPrintable(b.errText()));
+        QCOMPARE(errorLines(b.errText()), errorLines(a.errText()));
+        QCOMPARE(b.outText(), a.outText().replace(onSqlite, onPostgres));
 
         const DxfDrawingReader::Result x = DxfDrawingReader::read(onSqlite);
         const DxfDrawingReader::Result y = DxfDrawingReader::read(onPostgres);
@@ -400,7 +387,7 @@ private slots:
         const Outcome run = runProgram(args);
         QCOMPARE(run.exitCode, 2);
         QVERIFY(run.out.isEmpty());
-        const QStringList lines = ownLines(run.err);
+        const QStringList lines = ownLines(run.errText());
         // The import shows its own messages first (a workbook it cannot read); otherwise the
         // one line is all.
         QVERIFY(!lines.isEmpty());
@@ -418,7 +405,7 @@ private slots:
     {
         const Outcome run = runProgram({QStringLiteral("run"), QStringLiteral("--help")});
         QCOMPARE(run.exitCode, 0);
-        QVERIFY(run.out.startsWith(QStringLiteral("usage: kvinsertauto run --settings")));
+        QVERIFY(run.outText().startsWith(QStringLiteral("usage: kvinsertauto run --settings")));
     }
 
 private:

@@ -1,3 +1,4 @@
+#include "../common/ProgramRun.h"
 #include "SettingsTestSupport.h"
 
 #include <QDir>
@@ -5,7 +6,6 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -15,41 +15,21 @@ namespace {
 
 const QString kProgram = QStringLiteral(KV_BINARY_DIR "/refhost/cli/kvinsertauto");
 
-struct Run
-{
-    int exitCode = -1;
-    QByteArray out;
-    QByteArray err;
-};
+using Run = ProgramRun::Result;
 
-// Runs the program; `encoding` set means KVINSERTAUTO_SETTINGS_ENCODING has that value.
+// Runs the program with `input` on its standard input; `encoding` set means
+// KVINSERTAUTO_SETTINGS_ENCODING has that value, otherwise it is not set at all.
 Run runProgram(const QStringList& args, const QByteArray& input = {},
                const QByteArray& encoding = {})
 {
-    QProcess process;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.remove(QLatin1String(SettingsEncoding::kEnvironmentVariable));
+    const QString variable = QLatin1String(SettingsEncoding::kEnvironmentVariable);
+    ProgramRun::Options options;
+    options.removedEnvironment = {variable};
     if (!encoding.isEmpty())
-        environment.insert(QLatin1String(SettingsEncoding::kEnvironmentVariable),
-                           QString::fromLatin1(encoding));
-    process.setProcessEnvironment(environment);
-    process.start(kProgram, args);
-    Run run;
-    if (!process.waitForStarted(10000)) {
-        run.err = "cannot start " + kProgram.toUtf8();
-        return run;
-    }
-    process.write(input);
-    process.closeWriteChannel();
-    if (!process.waitForFinished(30000)) {
-        process.kill();
-        run.err = "timed out";
-        return run;
-    }
-    run.exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -2;
-    run.out = process.readAllStandardOutput();
-    run.err = process.readAllStandardError();
-    return run;
+        options.environment.insert(variable, QString::fromLatin1(encoding));
+    options.input = input;
+    options.timeoutMs = 30000;
+    return ProgramRun::run(kProgram, args, options);
 }
 
 // Every file under `folder` with its bytes, to see that nothing was written.
@@ -316,7 +296,7 @@ void TestSettingsCli::badInput()
     const Run run = runProgram(args, input, encoding);
     QCOMPARE(run.exitCode, 2);
     QVERIFY(run.out.isEmpty());
-    const QString err = QString::fromUtf8(run.err);
+    const QString err = run.errText();
     QVERIFY2(err.contains(message), qPrintable(err));
     if (action != u"frob")
         QCOMPARE(err.count(u'\n'), 1);
