@@ -10,6 +10,10 @@ if(TARGET kvref_core)
                     ${CMAKE_CURRENT_LIST_DIR}/CoreTestSupport.h
             LIBS kvref_core Qt6::Sql)
     endforeach()
+    # The query service's tests share their statements and answer texts.
+    foreach(area queries readonly)
+        target_sources(tst_refhost_${area} PRIVATE ${CMAKE_CURRENT_LIST_DIR}/QueryTestSupport.h)
+    endforeach()
 endif()
 # The run verb of the command-line program, run as a separate process on the example standard.
 if(TARGET kvinsertauto AND TARGET kvref_dxf)

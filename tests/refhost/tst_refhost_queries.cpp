@@ -1,80 +1,21 @@
 #include "CoreTestSupport.h"
 #include "DatabaseConnection.h"
 #include "ElectricalServices.h"
+#include "QueryTestSupport.h"
 #include "StandardPalette.h"
 
 #include <QBuffer>
 #include <QCoreApplication>
-#include <QCryptographicHash>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QUrl>
 
 using namespace RefHost;
-
-namespace {
-
-// A statement as the module hands it over: SQL text with named values, and a cache key.
-class TextQuery final : public CVRQuery
-{
-public:
-    TextQuery(QString sql, QList<QPair<QString, QVariant>> values = {}, QString key = {},
-              bool select = true)
-        : m_sql(std::move(sql)), m_values(std::move(values)), m_key(std::move(key)),
-          m_select(select)
-    {}
-    bool IsSelect() const override { return m_select; }
-    QString cacheKey() const override { return m_key; }
-    QSqlQuery statement(const QSqlDatabase& db) const override
-    {
-        QSqlQuery query(db);
-        query.prepare(m_sql);
-        for (const auto& [name, value] : m_values)
-            query.bindValue(name, value);
-        return query;
-    }
-
-private:
-    QString m_sql;
-    QList<QPair<QString, QVariant>> m_values;
-    QString m_key;
-    bool m_select;
-};
-
-QString postgresUrl()
-{
-    return qEnvironmentVariable("KV_TEST_PGURL");
-}
-
-QByteArray fileDigest(const QString& path)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return {};
-    return QCryptographicHash::hash(file.readAll(), QCryptographicHash::Sha256);
-}
-
-QStringList rowTexts(const CVRQueryResponse& response)
-{
-    QStringList rows;
-    for (const QVariantList& row : response.getResult()) {
-        QStringList values;
-        for (const QVariant& value : row)
-            values.append(value.toString());
-        rows.append(values.join(QLatin1Char('|')));
-    }
-    return rows;
-}
-
-QStringList columnNames(const CVRQueryResponse& response)
-{
-    QStringList names;
-    for (const CVRColumn& column : response.getColumns())
-        names.append(column.name);
-    return names;
-}
-
-} // namespace
+using QueryTest::columnNames;
+using QueryTest::fileDigest;
+using QueryTest::postgresUrl;
+using QueryTest::rowTexts;
+using QueryTest::TextQuery;
 
 // Every database test runs once on SQLite and once on PostgreSQL; the PostgreSQL row is skipped
 // when no server is given.

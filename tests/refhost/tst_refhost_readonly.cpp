@@ -8,59 +8,21 @@
 #include "CoreTestSupport.h"
 #include "DatabaseConnection.h"
 #include "ElectricalServices.h"
+#include "QueryTestSupport.h"
 
 #include <QBuffer>
 #include <QCoreApplication>
-#include <QCryptographicHash>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QUrl>
 
 using namespace RefHost;
+using QueryTest::fileDigest;
+using QueryTest::postgresUrl;
+using QueryTest::rowTexts;
+using QueryTest::TextQuery;
 
 namespace {
-
-// A statement as the module hands it over: SQL text, prepared by the query.
-class TextQuery final : public CVRQuery
-{
-public:
-    explicit TextQuery(QString sql) : m_sql(std::move(sql)) {}
-    QString cacheKey() const override { return {}; }
-    QSqlQuery statement(const QSqlDatabase& db) const override
-    {
-        QSqlQuery query(db);
-        query.prepare(m_sql);
-        return query;
-    }
-
-private:
-    QString m_sql;
-};
-
-QString postgresUrl()
-{
-    return qEnvironmentVariable("KV_TEST_PGURL");
-}
-
-QByteArray fileDigest(const QString& path)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return {};
-    return QCryptographicHash::hash(file.readAll(), QCryptographicHash::Sha256);
-}
-
-QStringList rowTexts(const CVRQueryResponse& response)
-{
-    QStringList rows;
-    for (const QVariantList& row : response.getResult()) {
-        QStringList values;
-        for (const QVariant& value : row)
-            values.append(value.toString());
-        rows.append(values.join(QLatin1Char('|')));
-    }
-    return rows;
-}
 
 // A table that is not the standard's: nothing of it may be read through the service.
 const QStringList kSecret = {QStringLiteral("CREATE TABLE KV_SECRET (SECRET VARCHAR(20))"),
