@@ -1,5 +1,6 @@
 #!/bin/sh
-# Regenerates the module's translation files (src/resources/translations/*.ts) from the texts in src/.
+# Regenerates the module's translation files (src/resources/translations/*.ts) from the texts in src/,
+# and the desktop host's (refhost/app/translations/kvhost_*.ts) from the texts in refhost/app/.
 #
 #   scripts/update-translations.sh [--output DIR]
 #
@@ -14,12 +15,17 @@
 # context's calls are visible. Texts that left the code stay in the files as "vanished" (lrelease
 # skips them), so that a text that comes back keeps its translation.
 #
+# The desktop host marks its texts the ordinary way (tr() in its classes, QCoreApplication::translate
+# with the context "kvhost" elsewhere), so lupdate reads a plain copy of refhost/app/, once per
+# language, into kvhost_<language>.ts.
+#
 # With --output DIR the updated files are written to DIR and the tree is left alone (the tests use
 # this to check that the files in the tree are up to date). LUPDATE names the lupdate program.
 set -eu
 
 root=$(cd "$(dirname "$0")/.." && pwd)
 tsdir="$root/src/resources/translations"
+hosttsdir="$root/refhost/app/translations"
 outdir="$tsdir"
 if [ "${1:-}" = "--output" ] && [ -n "${2:-}" ]; then
     mkdir -p "$2"
@@ -81,8 +87,42 @@ update() {
 update KVInsertAuto kvTr kvinsertauto
 update KVOfficeSystem kvTrOffice kvofficesystem
 
-# lupdate marks every new text "unfinished"; list them so that they get translated.
-if grep -l 'type="unfinished"' "$outdir"/*.ts >/dev/null 2>&1; then
-    echo "Texts still to translate:" >&2
-    grep -c 'type="unfinished"' "$outdir"/*.ts | grep -v ':0$' >&2
+# update_host: brings $outdir/kvhost_<language>.ts up to date from a copy of refhost/app/ whose
+# translations/ folder holds the files, so that their locations read "../File.cpp".
+update_host() {
+    dest="$scratch/kvhost/app"
+    mkdir -p "$dest/translations"
+    (cd "$root/refhost/app" && find . -maxdepth 1 -type f \( -name '*.cpp' -o -name '*.h' \)) |
+        while read -r file; do
+            cp "$root/refhost/app/$file" "$dest/$file"
+        done
+    for language in $languages; do
+        ts="$dest/translations/kvhost_$language.ts"
+        if [ -f "$hosttsdir/kvhost_$language.ts" ]; then
+            cp "$hosttsdir/kvhost_$language.ts" "$ts"
+        fi
+        "$LUPDATE" -silent -extensions cpp,h -locations absolute -target-language "$language" \
+            "$dest" -ts "$ts"
+        cp "$ts" "$outdir/kvhost_$language.ts"
+    done
+}
+
+# Without --output the host's files go to their own folder.
+if [ "$outdir" = "$tsdir" ]; then
+    mkdir -p "$hosttsdir"
+    outdir="$hosttsdir"
+    update_host
+    outdir="$tsdir"
+    alldirs="$tsdir $hosttsdir"
+else
+    update_host
+    alldirs="$outdir"
 fi
+
+# lupdate marks every new text "unfinished"; list them so that they get translated.
+for dir in $alldirs; do
+    if grep -l 'type="unfinished"' "$dir"/*.ts >/dev/null 2>&1; then
+        echo "Texts still to translate:" >&2
+        grep -c 'type="unfinished"' "$dir"/*.ts | grep -v ':0$' >&2
+    fi
+done

@@ -87,7 +87,7 @@ QString loadModule(const AppOptions& options, DesktopHost& host, ModuleLoader& l
         }
     }
     if (path.isEmpty())
-        return QStringLiteral("%1: the module library was not found")
+        return QCoreApplication::translate("kvhost", "%1: the module library was not found")
             .arg(ModuleLoader::libraryPath(folders.constFirst()));
     host.installBinding();
     loader.setBeforeLibraryUnload([&host]() { host.removeModuleFunctions(); });
@@ -104,9 +104,11 @@ QStringList installTranslations(const AppOptions& options, const QString& langua
         folders.append(options.translationsFolder);
     folders << QDir(here).filePath(QStringLiteral("translations")) << here;
 #ifdef KVHOST_BUILD_TRANSLATIONS_DIR
-    // In the build tree the module's catalogues are compiled into one folder.
+    // In the build tree the module's catalogues and kvhost's are compiled into one folder.
     folders << QStringLiteral(KVHOST_BUILD_TRANSLATIONS_DIR);
 #endif
+    // kvhost's own catalogues are also built into the program.
+    folders << QStringLiteral(":/kvhost/translations");
     folders << QLibraryInfo::path(QLibraryInfo::TranslationsPath);
     QStringList loaded;
     for (const QString& name : {QStringLiteral("kvinsertauto"), QStringLiteral("kvofficesystem"),

@@ -1,5 +1,7 @@
 #include "DrawingLanguageProxy.h"
 
+#include <QCoreApplication>
+
 namespace KvHost {
 
 void DrawingLanguageProxy::invokeVoid(const KVStringList& nameAndArgs)
@@ -55,7 +57,8 @@ bool DrawingLanguageProxy::callIfModuleFunction(const QString& name, qsizetype a
 
 void DrawingLanguageProxy::reportNoEnvironment(const QString& name)
 {
-    m_console.error(QStringLiteral("%1: no standard database is set up").arg(name));
+    m_console.error(
+        QCoreApplication::translate("kvhost", "%1: no standard database is set up").arg(name));
 }
 
 } // namespace KvHost

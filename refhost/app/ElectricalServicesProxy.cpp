@@ -1,11 +1,14 @@
 #include "ElectricalServicesProxy.h"
 
+#include <QCoreApplication>
+
 namespace KvHost {
 
 CVRQueryResponse ElectricalServicesProxy::RunQuery(const std::shared_ptr<CVRQuery>& query)
 {
     if (!m_target)
-        return CVRQueryResponse::failure(QStringLiteral("no standard database is set up"));
+        return CVRQueryResponse::failure(
+            QCoreApplication::translate("kvhost", "no standard database is set up"));
     return m_target->RunQuery(query);
 }
 

@@ -1,5 +1,6 @@
 #include "FileDialogFilter.h"
 
+#include <QCoreApplication>
 #include <QRegularExpression>
 
 namespace KvHost {
@@ -48,7 +49,7 @@ QStringList FileDialogFilter::toNameFilters(const QString& hostFilter)
         }
     }
     if (filters.isEmpty())
-        filters.append(QStringLiteral("All Files (*)"));
+        filters.append(QCoreApplication::translate("kvhost", "All Files (*)"));
     return filters;
 }
 

@@ -1,5 +1,6 @@
 #include "HostSettings.h"
 
+#include <QCoreApplication>
 #include <QSettings>
 
 #include <memory>
@@ -49,7 +50,8 @@ bool HostSettings::save(const QString& file, QString* error) const
     settings->sync();
     if (settings->status() != QSettings::NoError) {
         if (error)
-            *error = QStringLiteral("%1: the settings cannot be written").arg(settings->fileName());
+            *error = QCoreApplication::translate("kvhost", "%1: the settings cannot be written")
+                         .arg(settings->fileName());
         return false;
     }
     return true;

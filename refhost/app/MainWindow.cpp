@@ -30,7 +30,11 @@ namespace KvHost {
 
 namespace {
 
-const QString kDrawingFilter = QStringLiteral("Drawing (*.dxf)|*.dxf||&*.dxf&&");
+// The host's filter notation: the label (translated) with its pattern, then the pattern alone.
+QString drawingFilter()
+{
+    return MainWindow::tr("Drawing (*.dxf)|*.dxf||") + QStringLiteral("&*.dxf&&");
+}
 
 // The title the page's title block shows ("PAGE_TITLE"), else the page's own title when it has
 // one other than its layer name.
@@ -412,7 +416,7 @@ void MainWindow::openFile()
     const QString folder = m_host.filePath().isEmpty() ? m_host.settings().lastFolder
                                                        : QFileInfo(m_host.filePath()).path();
     if (m_host.system().FileDialog(0, path, 0, CFxSystemServices::kOpenExisting, tr("Open drawing"),
-                                   {}, kDrawingFilter, folder, nullptr, nullptr, nullptr,
+                                   {}, drawingFilter(), folder, nullptr, nullptr, nullptr,
                                    0) != KV_RESULT_OK)
         return;
     if (const QString problem = m_host.openDrawing(path); !problem.isEmpty()) {
@@ -430,7 +434,7 @@ bool MainWindow::saveFile(bool askForName)
     KVString path = m_host.filePath();
     if (askForName || path.isEmpty()) {
         if (m_host.system().FileDialog(0, path, 0, CFxSystemServices::kSaveAs, tr("Save drawing"),
-                                       {}, kDrawingFilter, m_host.settings().lastFolder, nullptr,
+                                       {}, drawingFilter(), m_host.settings().lastFolder, nullptr,
                                        nullptr, nullptr, 0) != KV_RESULT_OK)
             return false;
         if (QFileInfo(path).suffix().isEmpty())

@@ -2,6 +2,7 @@
 
 #include "host/OdRxModule.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -31,13 +32,14 @@ QString ModuleLoader::load(const QString& path)
 {
     unload();
     if (!QFileInfo::exists(path))
-        return QStringLiteral("%1: the module library was not found").arg(path);
+        return QCoreApplication::translate("kvhost", "%1: the module library was not found")
+            .arg(path);
     m_library.setFileName(path);
     // Every symbol is resolved at load time, so a library that does not fit fails here and
     // not in the middle of a command.
     m_library.setLoadHints(QLibrary::ResolveAllSymbolsHint);
     if (!m_library.load())
-        return QStringLiteral("%1: the module cannot be loaded: %2")
+        return QCoreApplication::translate("kvhost", "%1: the module cannot be loaded: %2")
             .arg(path, m_library.errorString());
 
     const auto fail = [this, &path](const QString& problem) {
@@ -49,13 +51,14 @@ QString ModuleLoader::load(const QString& path)
     auto create = reinterpret_cast<OdrxCreateModuleObjectFunction>(
         m_library.resolve(kOdrxCreateModuleObjectSymbol));
     if (!getVersion || !create)
-        return fail(QStringLiteral("not a module: odrxGetAPIVersion or odrxCreateModuleObject "
-                                   "is missing"));
+        return fail(QCoreApplication::translate(
+            "kvhost", "not a module: odrxGetAPIVersion or odrxCreateModuleObject is missing"));
     m_version = Version();
     getVersion(m_version.major, m_version.minor, m_version.patch, m_version.build);
     if (m_version.major != SupportedMajor || m_version.minor != SupportedMinor)
-        return fail(QStringLiteral("the module was built for runtime interface %1; this host "
-                                   "supports %2.%3")
+        return fail(QCoreApplication::translate("kvhost",
+                                                "the module was built for runtime interface %1; "
+                                                "this host supports %2.%3")
                         .arg(m_version.text())
                         .arg(SupportedMajor)
                         .arg(SupportedMinor));
@@ -66,7 +69,8 @@ QString ModuleLoader::load(const QString& path)
     m_module = create(handle);
     if (!m_module) {
         closeHandle();
-        return fail(QStringLiteral("odrxCreateModuleObject answered no module object"));
+        return fail(QCoreApplication::translate(
+            "kvhost", "odrxCreateModuleObject answered no module object"));
     }
     m_module->addRef();
     m_module->initApp();

@@ -70,7 +70,7 @@ longOperationResult ProgressRunner::run(const Task& task, const KVString& title,
         result = task(context);
     } catch (const std::exception& error) {
         if (m_errorSink)
-            m_errorSink(QStringLiteral("long operation failed: ") +
+            m_errorSink(QCoreApplication::translate("kvhost", "long operation failed: ") +
                         QString::fromLocal8Bit(error.what()));
         result = longOperationResult::Failure;
     }

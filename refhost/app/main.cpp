@@ -44,8 +44,9 @@ int main(int argc, char* argv[])
                 window.appendOutput(problem + QLatin1Char('\n'), true);
                 host.system().ShowMessageBox(MessageKind::Critical, 0, {}, problem);
             } else {
-                window.appendOutput(QStringLiteral("Loaded %1 (runtime interface %2)\n")
-                                        .arg(loader.fileName(), loader.version().text()));
+                window.appendOutput(
+                    QCoreApplication::translate("kvhost", "Loaded %1 (runtime interface %2)\n")
+                        .arg(loader.fileName(), loader.version().text()));
             }
             window.refreshCommands();
         }

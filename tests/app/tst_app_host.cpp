@@ -163,6 +163,8 @@ void TestAppHost::programRefusesUnsupportedModule()
     environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
     // Scripted: the message box is written, not shown.
     environment.insert(QStringLiteral("KVHOST_FILE_DIALOG_ANSWERS"), QString());
+    // The settings name no interface language, so the program speaks the system's: English here.
+    environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C"));
     program.setProcessEnvironment(environment);
     const QString picture = plugins.filePath(QStringLiteral("window.png"));
     program.start(QStringLiteral(KV_KVHOST_PROGRAM),

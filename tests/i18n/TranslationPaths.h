@@ -3,7 +3,7 @@
 #include <QString>
 #include <QStringList>
 
-// Where the tests find the module's sources and catalogues.
+// Where the tests find the module's and the desktop host's sources and catalogues.
 namespace TranslationPaths {
 
 inline QString sourceFolder()
@@ -37,6 +37,17 @@ inline QString catalogueBaseName(const QString& context)
 inline QString cataloguePath(const QString& folder, const QString& context, const QString& language)
 {
     return folder + u'/' + catalogueBaseName(context) + u'_' + language + QStringLiteral(".ts");
+}
+
+// kvhost's own catalogues, one per language, holding all of its contexts.
+inline QString hostCatalogueFolder()
+{
+    return QStringLiteral(KV_SOURCE_DIR "/refhost/app/translations");
+}
+
+inline QString hostCataloguePath(const QString& folder, const QString& language)
+{
+    return folder + QStringLiteral("/kvhost_") + language + QStringLiteral(".ts");
 }
 
 } // namespace TranslationPaths

@@ -3,15 +3,17 @@
 // relies on (placeholders, file-filter syntax, accelerators, surrounding line breaks).
 #include "SourceTextScanner.h"
 #include "TranslationCatalogue.h"
+#include "TranslationForm.h"
 #include "TranslationPaths.h"
 
 #include "settings/SettingsModes.h"
 
 #include <QCollator>
-#include <QRegularExpression>
 #include <QtTest>
 
 #include <algorithm>
+
+using namespace TranslationForm;
 
 namespace {
 
@@ -20,40 +22,6 @@ const QStringList kContexts = {QStringLiteral("KVInsertAuto"), QStringLiteral("K
 // Call sites that pass texts held elsewhere: the texts are checked through the functions that
 // hold them (see modeTextsAreTranslated).
 const QStringList kKnownDynamicCallFiles = {QStringLiteral("settingsui/CIConfigAuto.cpp")};
-
-QStringList placeholders(const QString& text)
-{
-    static const QRegularExpression marker(QStringLiteral("%(\\d+)"));
-    QStringList found;
-    for (auto it = marker.globalMatch(text); it.hasNext();)
-        found.append(it.next().captured(0));
-    found.sort();
-    return found;
-}
-
-// "Label (*.ext)|*.ext||": the pattern part after the label, or empty for other texts.
-QString filterPattern(const QString& text)
-{
-    static const QRegularExpression filter(QStringLiteral("^.+ (\\([^()]*\\)\\|[^|]*\\|\\|)$"));
-    const auto match = filter.match(text);
-    return match.hasMatch() ? match.captured(1) : QString();
-}
-
-QString leadingSpace(const QString& text)
-{
-    qsizetype i = 0;
-    while (i < text.size() && text.at(i).isSpace())
-        ++i;
-    return text.left(i);
-}
-
-QString trailingSpace(const QString& text)
-{
-    qsizetype i = text.size();
-    while (i > 0 && text.at(i - 1).isSpace())
-        --i;
-    return text.mid(i);
-}
 
 } // namespace
 

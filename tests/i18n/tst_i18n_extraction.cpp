@@ -1,6 +1,6 @@
 // scripts/update-translations.sh run into a scratch folder: lupdate must find the same texts as
-// the scan of the sources, and the catalogues in the tree must need no update (a new text in the
-// code makes this fail until it is translated).
+// the scan of the sources, and the catalogues in the tree, the module's and kvhost's, must need no
+// update (a new text in the code makes this fail until it is translated).
 #include "SourceTextScanner.h"
 #include "TranslationCatalogue.h"
 #include "TranslationPaths.h"
@@ -83,17 +83,46 @@ private slots:
     {
         QFETCH(QString, context);
         QFETCH(QString, language);
-        const auto extracted = TranslationCatalogue::read(
-            TranslationPaths::cataloguePath(m_output.path(), context, language));
-        const auto tree = TranslationCatalogue::read(TranslationPaths::cataloguePath(
-            TranslationPaths::catalogueFolder(), context, language));
+        compareWithTree(TranslationPaths::cataloguePath(m_output.path(), context, language),
+                        TranslationPaths::cataloguePath(TranslationPaths::catalogueFolder(),
+                                                        context, language));
+    }
+
+    void hostCataloguesAreUpToDate_data()
+    {
+        QTest::addColumn<QString>("language");
+        for (const QString& language : TranslationPaths::languages())
+            QTest::newRow(qPrintable(language)) << language;
+    }
+    void hostCataloguesAreUpToDate()
+    {
+        QFETCH(QString, language);
+        const QString extracted = TranslationPaths::hostCataloguePath(m_output.path(), language);
+        // lupdate found the window's texts, not an empty folder.
+        const auto file = TranslationCatalogue::read(extracted);
+        QVERIFY2(file.error.isEmpty(), qPrintable(file.error));
+        QVERIFY2(file.find(QStringLiteral("KvHost::MainWindow"), QStringLiteral("&File")),
+                 qPrintable(extracted));
+        QVERIFY(file.messages.size() > 60);
+        compareWithTree(extracted, TranslationPaths::hostCataloguePath(
+                                       TranslationPaths::hostCatalogueFolder(), language));
+    }
+
+private:
+    // Every message lupdate wrote is in the tree's file with the same state and translation, and
+    // the tree's file holds no other.
+    static void compareWithTree(const QString& extractedPath, const QString& treePath)
+    {
+        const auto extracted = TranslationCatalogue::read(extractedPath);
+        QVERIFY2(extracted.error.isEmpty(), qPrintable(extracted.error));
+        const auto tree = TranslationCatalogue::read(treePath);
         QVERIFY2(tree.error.isEmpty(), qPrintable(tree.error));
         for (const CatalogueMessage& message : extracted.messages) {
+            const QString where = message.context + u' ' + message.source;
             QVERIFY2(message.type != QLatin1String("unfinished"),
-                     qPrintable(QStringLiteral("untranslated: ") + message.source));
-            const CatalogueMessage* kept = tree.find(context, message.source);
-            QVERIFY2(kept,
-                     qPrintable(QStringLiteral("not in the tree's catalogue: ") + message.source));
+                     qPrintable(QStringLiteral("untranslated: ") + where));
+            const CatalogueMessage* kept = tree.find(message.context, message.source);
+            QVERIFY2(kept, qPrintable(QStringLiteral("not in the tree's catalogue: ") + where));
             QCOMPARE(kept->type, message.type);
             QCOMPARE(kept->translation, message.translation);
         }
