@@ -31,8 +31,8 @@ Error: no se ha encontrado el componente asociado: clave = %1</translation>
         <translation>No se ha encontrado el archivo %1.dwg.</translation>
     </message>
     <message>
-        <location filename="../../import/CCImportarDados.cpp" line="122"/>
-        <location filename="../../import/CCImportarDados.cpp" line="134"/>
+        <location filename="../../import/CCImportarDados.cpp" line="119"/>
+        <location filename="../../import/CCImportarDados.cpp" line="131"/>
         <source>Error loading data from spreadsheet.</source>
         <translation>Error al cargar los datos de la hoja de cálculo.</translation>
     </message>

@@ -31,8 +31,8 @@ Erro: componente associado não encontrado: chave = %1</translation>
         <translation>O arquivo %1.dwg não foi encontrado.</translation>
     </message>
     <message>
-        <location filename="../../import/CCImportarDados.cpp" line="122"/>
-        <location filename="../../import/CCImportarDados.cpp" line="134"/>
+        <location filename="../../import/CCImportarDados.cpp" line="119"/>
+        <location filename="../../import/CCImportarDados.cpp" line="131"/>
         <source>Error loading data from spreadsheet.</source>
         <translation>Erro ao carregar os dados da planilha.</translation>
     </message>

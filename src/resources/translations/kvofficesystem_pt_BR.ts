@@ -4,7 +4,7 @@
 <context>
     <name>KVOfficeSystem</name>
     <message>
-        <location filename="../../import/CCImportarDados.cpp" line="49"/>
+        <location filename="../../import/CCImportarDados.cpp" line="46"/>
         <source>Worksheet Files</source>
         <translation>Arquivos de planilha</translation>
     </message>
