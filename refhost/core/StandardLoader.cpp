@@ -467,8 +467,13 @@ QString StandardLoader::createIndexes(StandardLoadResult& result) const
     if (isPostgres() && tableExists(kCustomProperties) &&
         hasColumns(kCustomProperties, {QStringLiteral("VALUE")})) {
         runStatement(QStringLiteral("SAVEPOINT kv_trigram"));
-        const QString extensionError =
-            runStatement(QStringLiteral("CREATE EXTENSION IF NOT EXISTS pg_trgm"));
+        // The extension belongs to the database, not to a schema: two loads into one database
+        // that both find it missing would both create it, and the second would fail. A lock
+        // held to the end of the load's transaction makes them take turns.
+        QString extensionError =
+            runStatement(QStringLiteral("SELECT pg_advisory_xact_lock(%1)").arg(TrigramLockKey));
+        if (extensionError.isEmpty())
+            extensionError = runStatement(QStringLiteral("CREATE EXTENSION IF NOT EXISTS pg_trgm"));
         if (!extensionError.isEmpty()) {
             runStatement(QStringLiteral("ROLLBACK TO SAVEPOINT kv_trigram"));
             result.warnings.append(QStringLiteral("%1: the pg_trgm extension is not available "

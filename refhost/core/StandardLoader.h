@@ -84,6 +84,11 @@ public:
     // its own; real standards go two or three levels deep.
     static constexpr int MaxAssociationLevels = 32;
 
+    // The key of the PostgreSQL advisory lock under which a load creates the trigram extension,
+    // held to the end of the load's transaction, so that loads into one database take turns
+    // ("KVTRGM" in ASCII).
+    static constexpr qint64 TrigramLockKey = 0x4b565452474d;
+
     // The longest chain of associations (owner, associated) as its keys from the first owner to
     // the last associated component (levels = keys - 1); empty when there are none. The
     // associations must not form a cycle (findCycle first). Of equally long chains, the one

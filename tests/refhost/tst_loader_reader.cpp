@@ -307,6 +307,67 @@ private slots:
         }
     }
 
+    // A load into a database whose trigram extension another load is creating, uncommitted:
+    // the extension belongs to the database, so the load waits for the other one's turn and
+    // then finds the extension, instead of failing on it. The other load is played by the test,
+    // which holds the loaders' lock while it creates the extension.
+    void trigramExtensionMadeOnceByTwoLoads()
+    {
+        ScratchDatabase admin(ScratchDatabase::Kind::Postgres);
+        QVERIFY2(admin.isReady(), qPrintable(admin.error()));
+        const QString role = uniqueName("kv_loader_reader_");
+        m_roles.append(role);
+        const QString database = uniqueName("kv_loader_db_");
+        QSqlQuery create(admin.db());
+        QVERIFY2(create.exec(QStringLiteral("CREATE DATABASE %1").arg(database)),
+                 qPrintable(create.lastError().text()));
+        QUrl url(LoaderTest::postgresUrl());
+        url.setPath(u'/' + database);
+        Run run;
+        {
+            QSqlDatabase other = QSqlDatabase::addDatabase(QStringLiteral("QPSQL"), database);
+            other.setHostName(url.host());
+            other.setPort(url.port(5432));
+            other.setDatabaseName(database);
+            other.setUserName(url.userName());
+            QVERIFY2(other.open(), qPrintable(other.lastError().text()));
+            QSqlQuery step(other);
+            QVERIFY(step.exec(QStringLiteral("CREATE SCHEMA a")));
+            QVERIFY(other.transaction());
+            QVERIFY(step.exec(QStringLiteral("SELECT pg_advisory_xact_lock(%1)")
+                                  .arg(StandardLoader::TrigramLockKey)));
+            QVERIFY2(step.exec(QStringLiteral("CREATE EXTENSION pg_trgm")),
+                     qPrintable(step.lastError().text()));
+
+            url.setQuery(QStringLiteral("options=-csearch_path%3Da"));
+            QProcess* load = startProgram(loadArgs(url.toString(QUrl::FullyEncoded), role));
+            // The load is waiting once its session waits for a lock.
+            QSqlQuery waiting(admin.db());
+            const bool waits = QTest::qWaitFor(
+                [&]() {
+                    return waiting.exec(QStringLiteral("SELECT count(*) FROM pg_stat_activity "
+                                                       "WHERE datname = '%1' AND "
+                                                       "wait_event_type = 'Lock'")
+                                            .arg(database)) &&
+                           waiting.next() && waiting.value(0).toInt() > 0;
+                },
+                60000);
+            QVERIFY(other.commit());
+            run = finish(load);
+            QVERIFY(waits);
+            other.close();
+        }
+        QSqlDatabase::removeDatabase(database);
+        QSqlQuery drop(admin.db());
+        QVERIFY2(drop.exec(QStringLiteral("DROP DATABASE %1").arg(database)),
+                 qPrintable(drop.lastError().text()));
+
+        QVERIFY2(run.exitCode == 0, qPrintable(run.err));
+        QVERIFY2(!run.err.contains(QStringLiteral("pg_trgm")), qPrintable(run.err));
+        QVERIFY2(run.out.contains(QStringLiteral("kv_custom_properties_value_trgm")),
+                 qPrintable(run.out));
+    }
+
     void roleThatMayDoMoreIsRefused_data()
     {
         QTest::addColumn<QString>("setUp");
