@@ -43,18 +43,6 @@ KVString entryAt(const KVStringList& list, qsizetype index, const char* listName
     return list.at(index);
 }
 
-QString markerText(TVNodeKind kind)
-{
-    switch (kind) {
-    case TVNodeKind::Page:
-        return kvTr("Page");
-    case TVNodeKind::HorizontalSpace:
-        return kvTr("Horizontal space");
-    default:
-        return kvTr("Vertical space");
-    }
-}
-
 // The numeric value of one property of one component, from the host's ready-made query; 0
 // when the query fails or finds nothing.
 double propertyNumber(const KVString& componentKey, const KVString& property)
@@ -384,7 +372,7 @@ void ItemImport::addMarkerAfterLastSymbol(TVNode item, TVNodeKind kind)
 
 void ItemImport::addMarkerAfter(TVNode item, TVNode reference, TVNodeKind kind)
 {
-    m_tree.AddMarker(item, reference, markerText(kind), kind, false);
+    m_tree.AddMarker(item, reference, defaultMarkerText(kind), kind, false);
 }
 
 ItemImportResult ItemImport::run(const KVString& settingsPath, ItemListController& list,

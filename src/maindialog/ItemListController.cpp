@@ -78,19 +78,17 @@ TVNode ItemListController::addSymbol(const CEPasta& entry)
 TVNode ItemListController::addPage()
 {
     const TVNode selected = m_tree.current();
-    return m_tree.AddMarker(m_tree.parentNode(selected), selected, kvTr("Page"), TVNodeKind::Page,
-                            true);
+    return m_tree.AddMarker(m_tree.parentNode(selected), selected,
+                            defaultMarkerText(TVNodeKind::Page), TVNodeKind::Page, true);
 }
 
 TVNode ItemListController::addSpace()
 {
     const TVNode selected = m_tree.current();
-    if (m_separatorMode == u"2") {
-        return m_tree.AddMarker(m_tree.parentNode(selected), selected, kvTr("Horizontal space"),
-                                TVNodeKind::HorizontalSpace, true);
-    }
-    return m_tree.AddMarker(m_tree.parentNode(selected), selected, kvTr("Vertical space"),
-                            TVNodeKind::VerticalSpace, true);
+    const TVNodeKind kind =
+        m_separatorMode == u"2" ? TVNodeKind::HorizontalSpace : TVNodeKind::VerticalSpace;
+    return m_tree.AddMarker(m_tree.parentNode(selected), selected, defaultMarkerText(kind), kind,
+                            true);
 }
 
 bool ItemListController::remove()

@@ -62,18 +62,6 @@ std::optional<TVNodeKind> kindFromName(const QString& name)
     return std::nullopt;
 }
 
-KVString markerText(TVNodeKind kind)
-{
-    switch (kind) {
-    case TVNodeKind::Page:
-        return kvTr("Page");
-    case TVNodeKind::HorizontalSpace:
-        return kvTr("Horizontal space");
-    default:
-        return kvTr("Vertical space");
-    }
-}
-
 QString quoted(const QString& text)
 {
     return u'"' + text + u'"';
@@ -251,7 +239,7 @@ void fillTree(const QList<ItemRecord>& items, CTVNodesUtil& tree)
             } else {
                 // After the last child, or first when there is none yet.
                 const TVNode last = tree.lastChild(node);
-                tree.AddMarker(node, last.isNull() ? node : last, markerText(child.kind),
+                tree.AddMarker(node, last.isNull() ? node : last, defaultMarkerText(child.kind),
                                child.kind, false);
             }
         }

@@ -1,5 +1,19 @@
 #include "TVNodeData.h"
 
+#include "host/Translate.h"
+
+KVString defaultMarkerText(TVNodeKind kind)
+{
+    switch (kind) {
+    case TVNodeKind::Page:
+        return kvTr("Page");
+    case TVNodeKind::HorizontalSpace:
+        return kvTr("Horizontal space");
+    default:
+        return kvTr("Vertical space");
+    }
+}
+
 std::unique_ptr<CELstAtributos> makeAttributeList(const QStringList& texts)
 {
     auto list = std::make_unique<CELstAtributos>();

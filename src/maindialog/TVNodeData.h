@@ -23,6 +23,10 @@ struct TVNodeData
     qint32 index = -1;
 };
 
+// The label a new page or space marker shows: "Page", "Horizontal space" or "Vertical space",
+// translated; any kind that is not a page or a horizontal space is labelled a vertical space.
+KVString defaultMarkerText(TVNodeKind kind);
+
 // The only two places that know how an attribute list holds its texts.
 std::unique_ptr<CELstAtributos> makeAttributeList(const QStringList& texts);
 QStringList attributeTexts(const CELstAtributos* attributes);

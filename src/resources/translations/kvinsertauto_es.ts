@@ -42,31 +42,25 @@ Error: no se ha encontrado el componente asociado: clave = %1</translation>
         <translation>la parte %1 enumera más de %2 formatos</translation>
     </message>
     <message>
-        <location filename="../../import/ItemImport.cpp" line="50"/>
-        <location filename="../../maindialog/ItemListController.cpp" line="81"/>
-        <location filename="../../maindialog/ItemTreeJson.cpp" line="69"/>
+        <location filename="../../maindialog/TVNodeData.cpp" line="9"/>
         <location filename="../../settings/SettingsModes.cpp" line="28"/>
         <source>Page</source>
         <translation>Página</translation>
     </message>
     <message>
-        <location filename="../../import/ItemImport.cpp" line="52"/>
-        <location filename="../../maindialog/ItemListController.cpp" line="89"/>
-        <location filename="../../maindialog/ItemTreeJson.cpp" line="71"/>
+        <location filename="../../maindialog/TVNodeData.cpp" line="11"/>
         <location filename="../../settings/SettingsModes.cpp" line="27"/>
         <source>Horizontal space</source>
         <translation>Espacio horizontal</translation>
     </message>
     <message>
-        <location filename="../../import/ItemImport.cpp" line="54"/>
-        <location filename="../../maindialog/ItemListController.cpp" line="92"/>
-        <location filename="../../maindialog/ItemTreeJson.cpp" line="73"/>
+        <location filename="../../maindialog/TVNodeData.cpp" line="13"/>
         <location filename="../../settings/SettingsModes.cpp" line="29"/>
         <source>Vertical space</source>
         <translation>Espacio vertical</translation>
     </message>
     <message>
-        <location filename="../../import/ItemImport.cpp" line="122"/>
+        <location filename="../../import/ItemImport.cpp" line="110"/>
         <source>Invalid configuration file. The following properties do not exist: </source>
         <translation>Archivo de configuración no válido. Las siguientes propiedades no existen: </translation>
     </message>

@@ -42,31 +42,25 @@ Erro: componente associado não encontrado: chave = %1</translation>
         <translation>a parte %1 lista mais de %2 formatos</translation>
     </message>
     <message>
-        <location filename="../../import/ItemImport.cpp" line="50"/>
-        <location filename="../../maindialog/ItemListController.cpp" line="81"/>
-        <location filename="../../maindialog/ItemTreeJson.cpp" line="69"/>
+        <location filename="../../maindialog/TVNodeData.cpp" line="9"/>
         <location filename="../../settings/SettingsModes.cpp" line="28"/>
         <source>Page</source>
         <translation>Página</translation>
     </message>
     <message>
-        <location filename="../../import/ItemImport.cpp" line="52"/>
-        <location filename="../../maindialog/ItemListController.cpp" line="89"/>
-        <location filename="../../maindialog/ItemTreeJson.cpp" line="71"/>
+        <location filename="../../maindialog/TVNodeData.cpp" line="11"/>
         <location filename="../../settings/SettingsModes.cpp" line="27"/>
         <source>Horizontal space</source>
         <translation>Espaço horizontal</translation>
     </message>
     <message>
-        <location filename="../../import/ItemImport.cpp" line="54"/>
-        <location filename="../../maindialog/ItemListController.cpp" line="92"/>
-        <location filename="../../maindialog/ItemTreeJson.cpp" line="73"/>
+        <location filename="../../maindialog/TVNodeData.cpp" line="13"/>
         <location filename="../../settings/SettingsModes.cpp" line="29"/>
         <source>Vertical space</source>
         <translation>Espaço vertical</translation>
     </message>
     <message>
-        <location filename="../../import/ItemImport.cpp" line="122"/>
+        <location filename="../../import/ItemImport.cpp" line="110"/>
         <source>Invalid configuration file. The following properties do not exist: </source>
         <translation>Arquivo de configuração inválido. As seguintes propriedades não existem: </translation>
     </message>
