@@ -1,6 +1,7 @@
 #pragma once
 
 #include "settings/SettingsEncoding.h"
+#include "settings/SettingsTextFile.h"
 
 #include <QByteArray>
 #include <QString>
@@ -17,7 +18,7 @@ namespace SettingsInputCheck {
 // The longest line, in characters without its line end, that the reader takes in one piece:
 // its buffer holds SettingsTextFile::kLineBufferSize characters, one of them the terminator and
 // one the line end.
-inline constexpr int kLongestLine = 510;
+inline constexpr int kLongestLine = SettingsTextFile::kLineBufferSize - 2;
 // A .cfa starts with this many header lines.
 inline constexpr int kHeaderLines = 7;
 
