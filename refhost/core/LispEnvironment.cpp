@@ -167,10 +167,8 @@ bool LispEnvironment::call(const QString& name, const LispChain& args)
     const auto found = m_functions.constFind(name.toUpper());
     if (found != m_functions.constEnd())
         return (this->*found->function)(found->name, args);
-    if (m_registered.contains(name))
-        return m_registered.call(name, args.size(), m_console);
-    m_console.error(QStringLiteral("unknown drawing-language function \"%1\"").arg(name));
-    return false;
+    // Not a built-in function: a module's, or reported as unknown.
+    return m_registered.call(name, args.size(), m_console);
 }
 
 // "*L_PAGINAS*" holds one list per page group, one after the other (they are not wrapped in an

@@ -23,8 +23,9 @@ public:
     QStringList names() const;
     void clear() { m_functions.clear(); }
 
-    // Calls the function `name` (which must be contained). The functions take no arguments;
-    // a failure is written to `console` as "error: NAME: PROBLEM" and answers false.
+    // Calls the function `name`. The functions take no arguments; an unknown name or a failure
+    // is written to `console` ("error: unknown drawing-language function ..." or
+    // "error: NAME: PROBLEM") and answers false.
     bool call(const QString& name, qsizetype argumentCount, Console& console) const;
 
 private:
